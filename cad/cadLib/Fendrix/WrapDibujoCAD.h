@@ -1,0 +1,399 @@
+// The host's door to one drawing and its editor: lifecycle, callbacks and forwarding.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Fendrix/WrapPantallaCAD.h"
+
+namespace cad
+{
+class Dibujo;
+class EditorDibujo;
+class PantallaCAD;
+}  // namespace cad
+
+namespace Fendrix
+{
+
+// A delegate kept alive for as long as the kernel holds the entry point made from it.
+template <class Delegado>
+struct DelegateWrapper
+{
+    Delegado _Delegate;
+};
+
+class WrapDibujoCAD
+{
+public:
+    // --- host enumerations ----------------------------------------------------------
+    enum class tipoActualizacion : int32_t
+    {
+        kControl = 0,
+        kPropiedades = 1,
+        kCapas = 2,
+        kCapaActual = 3
+    };
+    enum class tipoEdicionEntidades : int32_t
+    {
+        kBorrar = 0,
+        kModificarTemporal = 1,
+        kModificarDefinitivo = 2,
+        kInsertar = 3,
+        kCancelar = 4,
+        kIniciaEdicion = 5,
+        kTerminaEdicion = 6,
+        kIniciaBloque = 7,
+        kTerminaBloque = 8
+    };
+    enum class tipoInsercionEntidades : int32_t
+    {
+        kEntidadBorrada = 0,
+        kEntidadInsertada = 1
+    };
+    enum class estadoComandoInteractivo : int32_t
+    {
+        kInicio = 0,
+        kFin = 1,
+        kCancelado = 2
+    };
+    enum class tipoCursor : int32_t
+    {
+        kCursorIndeterminado = 0,
+        kCursorPorDefecto = 1,
+        kCursorSeleccionCoordenadas = 2,
+        kCursorSeleccionEntidades = 3
+    };
+    enum class tipoPropiedad : int32_t
+    {
+        Booleano = 0,
+        Entero = 1,
+        Doble = 2,
+        DoblePositivo = 3,
+        Cadena = 4,
+        Color = 5,
+        ColorCad = 6,
+        Material = 7,
+        Enumerado = 8,
+        Coordenada = 9,
+        Vector = 10,
+        Orientacion = 11,
+        ListaCoordenadas = 12,
+        Leyenda = 13
+    };
+    enum class colorElemento : int32_t
+    {
+        kPuntosCalientes = 0,
+        kAristasCalientes = 1,
+        kCarasCalientes = 2,
+        kVectoresCalientes = 3,
+        kAzimutsCalientes = 4,
+        kSeleccionado = 5,
+        kCursor = 6,
+        kLineaElastica = 7,
+        kFondo = 8,
+        kSeleccionNube = 9
+    };
+    enum class valorElemento : int32_t
+    {
+        kVentanaReferencia = 0,
+        kNumeroPuntosVisibles = 1
+    };
+    enum class modo_linea : int32_t
+    {
+        kLineaContinua = 65535,
+        kLineaPuntos = 43690,
+        kLineaDiscontinua = 61680
+    };
+    enum class alineacionTexto : int32_t
+    {
+        kAlineacionVerticalSup = 8,
+        kAlineacionVerticalMed = 4,
+        kAlineacionVerticalInf = 0,
+        kAlineacionHorizontalIzq = 0,
+        kAlineacionHorizontalCen = 1,
+        kAlineacionHorizontalDer = 2,
+        kAlineacionSupIzq = 8,
+        kAlineacionSupCen = 9,
+        kAlineacionSupDer = 10,
+        kAlineacionMedIzq = 4,
+        kAlineacionMedCen = 5,
+        kAlineacionMedDer = 6,
+        kAlineacionInfIzq = 0,
+        kAlineacionInfCen = 1,
+        kAlineacionInfDer = 2
+    };
+    enum class representacion_nubes : int32_t
+    {
+        kMonoColor = 0,
+        kIntensidad = 1,
+        kColor = 2,
+        kCategorias = 3,
+        kNormales = 4,
+        kCota = 5
+    };
+    enum class representacion_modelos : int32_t
+    {
+        kAlambrica = 0,
+        kConceptual = 1,
+        kOculto = 2,
+        kRealista = 3,
+        kRayosX = 4,
+        kTexturas = 5
+    };
+    enum class tipoSimbologiaMallas : int32_t
+    {
+        tsmEntidad = 0,
+        tsmCota = 1,
+        tsmPendiente = 2,
+        tsmOrientacionPendiente = 3,
+        tsmSombreado = 4,
+        tsmMovimientoTierras = 5,
+        tsmOrtofoto = 6
+    };
+    enum class tipoSeleccion : int32_t
+    {
+        kVentana = 0,
+        kPolilinea = 1,
+        kEsfera = 2
+    };
+
+    // --- delegates ------------------------------------------------------------------
+    using ProcesoEventosDelegate = std::function<void()>;
+    using ActualizaDelegate = std::function<void(tipoActualizacion)>;
+    using SalidaTextoDelegate = std::function<void(const std::string&)>;
+    using VisorPropiedadesDelegate = std::function<void()>;
+    using EdicionEntidadesDelegate =
+        std::function<bool(int64_t, tipoEdicionEntidades, int32_t, double, double, double)>;
+    using InsercionEntidadesDelegate = std::function<bool(int64_t, tipoInsercionEntidades)>;
+    using ComandoInteractivoDelegate = std::function<void(estadoComandoInteractivo)>;
+    using InicioProcesoReferenciaEntidadesDelegate = std::function<void()>;
+    using FinalizaProcesoReferenciaEntidadesDelegate = std::function<void()>;
+    using MenuContextoDelegate =
+        std::function<void(int32_t x, int32_t y, const std::vector<std::string>& elementos)>;
+
+    using ProcesoEventosDelegate_Wrapper = DelegateWrapper<std::function<void()>>;
+    using ActualizaDelegate_Wrapper = DelegateWrapper<std::function<void(tipoActualizacion)>>;
+    using SalidaTextoDelegate_Wrapper = DelegateWrapper<std::function<void(const char*)>>;
+    using VisorPropiedadesDelegate_Wrapper = DelegateWrapper<std::function<void()>>;
+    using EdicionEntidadesDelegate_Wrapper = DelegateWrapper<EdicionEntidadesDelegate>;
+    using InsercionEntidadesDelegate_Wrapper = DelegateWrapper<InsercionEntidadesDelegate>;
+    using ComandoInteractivoDelegate_Wrapper = DelegateWrapper<ComandoInteractivoDelegate>;
+    using InicioProcesoReferenciaEntidadesDelegate_Wrapper = DelegateWrapper<std::function<void()>>;
+    using FinalizaProcesoReferenciaEntidadesDelegate_Wrapper =
+        DelegateWrapper<std::function<void()>>;
+
+    // --- frame ----------------------------------------------------------------------
+    // Makes the drawing (empty until nuevoDocumento or lee) and an editor with no display.
+    // Attaches no callback: `actualiza` reaches the kernel through setActualiza/setPantalla.
+    WrapDibujoCAD(ProcesoEventosDelegate procesoEventos, ActualizaDelegate actualiza);
+    ~WrapDibujoCAD();
+    WrapDibujoCAD(const WrapDibujoCAD&) = delete;
+    WrapDibujoCAD& operator=(const WrapDibujoCAD&) = delete;
+
+    // Destroys the editor (and its undo history) and makes a new one over `p`'s display,
+    // or over none. Re-attaches only the update and text callbacks.
+    void setPantalla(WrapPantallaCAD* p);
+    void Dispose();
+    void Dispose(bool liberar);
+    // The editor as an opaque pointer-sized integer; 0 after Dispose.
+    intptr_t getEditorDibujoCPP() const;
+    // Calls the host's own text delegate; false when none is set.
+    bool salidaTexto(const std::string& texto);
+    void dibuja(WrapPantallaCAD* p);
+    void dibuja(cad::PantallaCAD* p);
+    void comandoRegen();
+
+    void setActualiza(ActualizaDelegate d);
+    void setSalidaTexto(SalidaTextoDelegate d);
+    void setVisorPropiedades(VisorPropiedadesDelegate d);
+    void setReactorEdicion(EdicionEntidadesDelegate d);
+    void setReactorInsercion(InsercionEntidadesDelegate d);
+    void setReactorComandoInteractivo(ComandoInteractivoDelegate d);
+    void setReactorInicioReferenciaEntidades(InicioProcesoReferenciaEntidadesDelegate d);
+    void setReactorFinReferenciaEntidades(FinalizaProcesoReferenciaEntidadesDelegate d);
+    void setMenuContexto(MenuContextoDelegate d) { mMenuContexto = std::move(d); }
+
+    // Adapters: each reads its delegate at every call. The two reactors answer true (go on)
+    // when no delegate is set.
+    void ejecutaProcesoEventos();
+    void actualiza(tipoActualizacion tipo);
+    void ejecutaSalidaTextos(const char* texto);
+    void ejecutaVisorPropiedades();
+    bool ejecutaReactorEdicion(int64_t handle, tipoEdicionEntidades tipo, int32_t indice,
+                               double x, double y, double z);
+    bool ejecutaReactorInsercion(int64_t handle, tipoInsercionEntidades tipo);
+    void ejecutaReactorComandoInteractivo(estadoComandoInteractivo estado);
+    void ejecutaReactorInicioProcesoReferenciaEntidades();
+    void ejecutaReactorFinalizaProcesoReferenciaEntidades();
+
+    // --- document and files ---------------------------------------------------------
+    void nuevoDocumento();
+    bool destruyeDocumento();
+    void une(WrapDibujoCAD& otro);
+    bool hayCambios();
+    void borraMarcaCambios();
+    void setModo2D(bool activo);
+    void setCursor(tipoCursor tipo);
+    void redibuja();
+    // The kernel's result; false with no editor.
+    bool lee(const std::string& fichero);
+    // True whatever happens, as the kernel's save reports nothing.
+    bool guarda(const std::string& fichero);
+
+    // --- editor state ---------------------------------------------------------------
+    bool dentroComandoInteractivo();
+    void teclaPulsada(int32_t codigo, bool shift, bool control, bool alt);
+    void dibujoActivo(bool activo);
+    double getFactorVertical();
+    void setFactorVertical(double factor);
+
+    // --- configuration --------------------------------------------------------------
+    bool getColorConfiguracion(colorElemento elemento, int32_t& r, int32_t& g, int32_t& b);
+    void setColorConfiguracion(colorElemento elemento, int32_t r, int32_t g, int32_t b);
+    int32_t getValorConfiguracion(valorElemento elemento);
+    void setValorConfiguracion(valorElemento elemento, int32_t valor);
+    bool cargarFicheroMensajes(const std::string& fichero);
+
+    // --- camera and zoom ------------------------------------------------------------
+    bool getPosicionCamara(double& x, double& y, double& z);
+    bool getObjetivoCamara(double& x, double& y, double& z);
+    bool getDireccionCamara(double& x, double& y, double& z);
+    void zoomExtension(double factor);
+    void zoomExtension(double factorAncho, double factorAlto);
+
+    // --- layers ---------------------------------------------------------------------
+    int32_t numeroCapas();
+    std::string capa(int32_t indice);
+    std::string capaActual();
+    bool capaActual(const std::string& nombre);
+    bool existeCapa(const std::string& nombre, bool hacerActual);
+    bool capaVisible(const std::string& nombre);
+    bool capaBloqueada(const std::string& nombre);
+    // Alpha, blue, green, red from high to low; 0xFFFFFFFF for an unknown layer.
+    uint32_t getColorCapa(const std::string& nombre);
+    bool getColorCapa(const std::string& nombre, int32_t& r, int32_t& g, int32_t& b);
+    double grosorLineaCapa(const std::string& nombre);
+    bool setGrosorLineaCapa(const std::string& nombre, double grosor);
+    bool setGrosorLineaCapaActual(double grosor);
+    int32_t patronLineaCapa(const std::string& nombre);
+    bool setPatronLineaCapaActual(int32_t patron);
+    bool nuevaCapa(const std::string& nombre, bool estableceComoActual);
+    bool posicionaCapa(const std::string& nombre);
+    bool borraCapa(const std::string& nombre);
+    bool visibilidadCapa(const std::string& nombre, bool visible);
+    bool bloqueaCapa(const std::string& nombre, bool bloquear);
+    // `rgba` packed red highest, alpha lowest.
+    bool colorCapa(const std::string& nombre, int32_t rgba);
+    bool colorCapa(const std::string& nombre, int32_t r, int32_t g, int32_t b);
+    bool grosorCapa(const std::string& nombre, double grosor);
+    bool renombraCapa(const std::string& viejo, const std::string& nuevo);
+    // The layer of an entity.
+    bool getNombreCapa(int64_t handle, std::string& nombre);
+
+    // --- colours --------------------------------------------------------------------
+    bool setColorActualIndice(int32_t indice);
+    void setColorActualRGB(int32_t r, int32_t g, int32_t b);
+    bool getColorActualRGB(int32_t& r, int32_t& g, int32_t& b);
+    bool getColorIndice(int32_t indice, int32_t& r, int32_t& g, int32_t& b);
+
+    // --- snap settings --------------------------------------------------------------
+    void setReferenciaEntidades(bool global, int32_t mascara);
+    void getReferenciaEntidades(bool& global, int32_t& mascara);
+
+    // --- text styles ----------------------------------------------------------------
+    bool nuevoEstiloTexto(const std::string& nombre, const std::string& fuente, int32_t tamanyo,
+                          bool estableceComoActual);
+    bool editaEstiloTexto(const std::string& nombre, const std::string& fuente, int32_t tamanyo,
+                          bool estableceComoActual);
+    bool estiloTextoActual(const std::string& nombre);
+    bool existeEstiloTexto(const std::string& nombre, bool estableceComoActual);
+
+    // --- materials ------------------------------------------------------------------
+    int32_t numeroMateriales();
+    int32_t idMaterial(int32_t indice);
+    bool getIdExternoMaterial(int32_t id, int32_t& idExterno);
+    int32_t nuevoMaterial(int32_t idExterno, uint32_t color, double brillo);
+    int32_t nuevoMaterial(int32_t idExterno, const std::string& textura);
+    bool setMaterial(int32_t id, int32_t idExterno, uint32_t color, double brillo,
+                     const std::string& textura);
+    bool getMaterial(int32_t indice, int32_t& id, int32_t& idExterno, uint32_t& color,
+                     double& brillo, std::string& textura);
+    void borraMaterial(int32_t id);
+
+    // --- variables and views --------------------------------------------------------
+    void setVariable(const std::string& nombre, const std::string& valor);
+    void setVariable(const std::string& nombre, int32_t valor);
+    void setVariable(const std::string& nombre, double valor);
+    void setVariable(const std::string& nombre, double x, double y, double z);
+    bool getVariable(const std::string& nombre, int32_t& valor);
+    bool getVariable(const std::string& nombre, std::string& valor);
+    void borraVariable(const std::string& nombre);
+    int32_t numeroVistas();
+    std::string nombreVista(int32_t indice);
+    void guardaVistaActual(const std::string& nombre);
+    void guardaVistaActual();
+    void activaVista(const std::string& nombre);
+    void borraVista(const std::string& nombre);
+    void copiaVista(WrapDibujoCAD& otro);
+
+    // --- visibility flags: a variable whose existence hides ---------------------------
+    void muestraModelos(bool mostrar);
+    bool modelosVisibles();
+    void muestraCamaras(bool mostrar);
+    bool camarasVisibles();
+    void muestraPuntosControl(bool mostrar);
+    bool puntosControlVisibles();
+    void muestraPlanoReferencia(bool mostrar);
+    bool planoReferenciaVisible();
+    void setRepresentacionModelos(representacion_modelos r);
+    void setRepresentacionNubes(representacion_nubes r);
+
+    // --- hollow operations ------------------------------------------------------------
+    bool liberaRecursosEntidad(int64_t handle);
+    // Shows the host's context menu with the items "1", "2", "3".
+    void muestraMenuContexto(int32_t x, int32_t y);
+
+    // --- fields, in the frame's order ---------------------------------------------------
+    cad::Dibujo* mDibujo = nullptr;
+    cad::EditorDibujo* mEditor = nullptr;
+    cad::PantallaCAD* mPantalla = nullptr;
+    ActualizaDelegate mActualiza;
+    std::unique_ptr<ActualizaDelegate_Wrapper> mActualizaDelegateWrapper;
+    ProcesoEventosDelegate mProcesoEventos;
+    std::unique_ptr<ProcesoEventosDelegate_Wrapper> mProcesosEventosDelegateWrapper;
+    SalidaTextoDelegate mSalidaTexto;
+    std::unique_ptr<SalidaTextoDelegate_Wrapper> mSalidaTextoDelegateWrapper;
+    EdicionEntidadesDelegate mReactorEdicion;
+    std::unique_ptr<EdicionEntidadesDelegate_Wrapper> mReactorEdicionDelegateWrapper;
+    InsercionEntidadesDelegate mReactorInsercion;
+    std::unique_ptr<InsercionEntidadesDelegate_Wrapper> mReactorInsercionDelegateWrapper;
+    ComandoInteractivoDelegate mReactorComandoInteractivo;
+    std::unique_ptr<ComandoInteractivoDelegate_Wrapper> mReactorComandoInteractivoDelagateWrapper;
+    InicioProcesoReferenciaEntidadesDelegate mReactorInicioProcesoReferenciaEntidades;
+    std::unique_ptr<InicioProcesoReferenciaEntidadesDelegate_Wrapper>
+        mInicioProcesoReferenciaEntidadesDelegateWrapper;
+    FinalizaProcesoReferenciaEntidadesDelegate mReactorFinalizaProcesoReferenciaEntidades;
+    std::unique_ptr<FinalizaProcesoReferenciaEntidadesDelegate_Wrapper>
+        mFinalizaProcesoReferenciaEntidadesDelegateWrapper;
+    VisorPropiedadesDelegate mVisorPropiedades;
+    std::unique_ptr<VisorPropiedadesDelegate_Wrapper> mVisorPropiedadesWrapper;
+    MenuContextoDelegate mMenuContexto;
+
+private:
+    void creaWrapperActualizacion();
+    void creaWrapperSalidaTexto();
+    void creaWrapperVisorPropiedades();
+    void creaWrapperReactorEdicion();
+    void creaWrapperReactorInsercion();
+    void creaWrapperReactorComandoInteractivo();
+    void creaWrapperReactorInicioProcesoReferenciaEntidades();
+    void creaWrapperReactorFinalizaProcesoReferenciaEntidades();
+    void muestraVariable(const char* variable, bool mostrar);
+    bool camara(int cual, double& x, double& y, double& z);
+};
+
+}  // namespace Fendrix

@@ -1,0 +1,341 @@
+#include "base/SerializadorBinarioLectura.h"
+
+#include <cstring>
+
+#include "base/Utf8.h"
+
+namespace cad
+{
+
+BloqueSerializacionBL::BloqueSerializacionBL(SerializadorBinarioLectura& r, int tipo)
+    : lector(r), tipoBloque(tipo)
+{
+    int ultimo = 3;
+    if (lector.leeBytes(etiqueta, 4) && etiqueta[3] != '\0')
+    {
+        // The tag's length is unknown: 2 more bytes while the last is not zero. The buffer
+        // bounds the loop, so a file without a terminator cannot run past it.
+        while (etiqueta[ultimo] != '\0' && ultimo + 2 < static_cast<int>(sizeof etiqueta))
+        {
+            lector.leeBytes(etiqueta + ultimo + 1, 2);
+            ultimo += 2;
+        }
+    }
+    if (tipoBloque < 0)
+    {
+        tipoBloque = ultimo == 3 ? kBloque16 : (ultimo == 7 ? kBloque32 : kBloque64);
+    }
+    posicionLongitud = lector.posicion();
+    if (tipoBloque == kBloque16)
+    {
+        uint32_t l = 0;
+        lector.leeLongitud16(l);
+        longitud = l;
+    }
+    else if (tipoBloque == kBloque32)
+    {
+        uint32_t l = 0;
+        lector.leeLongitud32(l);
+        longitud = l;
+    }
+    else
+    {
+        lector.leeLongitud64(longitud);
+    }
+}
+
+bool BloqueSerializacionBL::esTipo(const char* tag) const
+{
+    // A tag that filled the buffer has no terminator and equals no tag of the format.
+    const size_t n = std::strlen(tag);
+    return n < sizeof etiqueta && std::memcmp(etiqueta, tag, n + 1) == 0;
+}
+
+void BloqueSerializacionBL::tipo(char* destino) const
+{
+    size_t n = 0;
+    while (n < sizeof etiqueta - 1 && etiqueta[n] != '\0')
+    {
+        destino[n] = etiqueta[n];
+        ++n;
+    }
+    destino[n] = '\0';
+}
+
+uint64_t BloqueSerializacionBL::restante() const
+{
+    return static_cast<uint64_t>(posicionLongitud) + longitud -
+           static_cast<uint64_t>(lector.posicion());
+}
+
+SerializadorBinarioLectura::SerializadorBinarioLectura(const std::string& ruta)
+{
+    fichero = abreFicheroUtf8(ruta, "rb");
+    if (fichero != nullptr)
+    {
+        fseeko(fichero, 0, SEEK_END);
+        tamanoFichero = static_cast<int64_t>(ftello(fichero));
+        fseeko(fichero, 0, SEEK_SET);
+    }
+}
+
+SerializadorBinarioLectura::~SerializadorBinarioLectura() { cierra(); }
+
+void SerializadorBinarioLectura::cierra()
+{
+    if (fichero != nullptr)
+    {
+        std::fclose(fichero);
+        fichero = nullptr;
+    }
+}
+
+int64_t SerializadorBinarioLectura::posicion()
+{
+    return fichero != nullptr ? static_cast<int64_t>(ftello(fichero)) : 0;
+}
+
+void SerializadorBinarioLectura::situa(int64_t pos)
+{
+    if (fichero != nullptr)
+    {
+        fseeko(fichero, static_cast<off_t>(pos), SEEK_SET);
+    }
+}
+
+uint64_t SerializadorBinarioLectura::bytesDisponibles()
+{
+    if (fichero == nullptr)
+    {
+        return 0;
+    }
+    const int64_t resto = tamanoFichero - posicion();
+    return resto > 0 ? static_cast<uint64_t>(resto) : 0;
+}
+
+bool SerializadorBinarioLectura::leeBytes(void* datos, uint32_t n)
+{
+    if (fichero == nullptr)
+    {
+        return false;
+    }
+    if (n == 0)
+    {
+        return true;
+    }
+    return std::fread(datos, n, 1, fichero) == 1;
+}
+
+bool SerializadorBinarioLectura::leeVectorEnteros(std::vector<int>& v)
+{
+    v.clear();
+    uint32_t cuenta = 0;
+    if (!leeLongitud32(cuenta))
+    {
+        return false;
+    }
+    if (static_cast<int32_t>(cuenta) <= 0)
+    {
+        return true;
+    }
+    // No reserve: items come one by one, so a lying count ends at the file's end.
+    for (uint32_t i = 0; i < cuenta; ++i)
+    {
+        uint32_t x = 0;
+        if (!leeEnteroSinSigno(x))
+        {
+            return false;
+        }
+        v.push_back(static_cast<int>(x));
+    }
+    return true;
+}
+
+bool SerializadorBinarioLectura::leeVectorPuntos(std::vector<Punto3<double>>& v)
+{
+    v.clear();
+    uint32_t cuenta = 0;
+    if (!leeLongitud32(cuenta))
+    {
+        return false;
+    }
+    if (static_cast<int32_t>(cuenta) <= 0)
+    {
+        return true;
+    }
+    for (uint32_t i = 0; i < cuenta; ++i)
+    {
+        Punto3<double> p;
+        if (!leePunto3(p))
+        {
+            return false;
+        }
+        v.push_back(p);
+    }
+    return true;
+}
+
+bool SerializadorBinarioLectura::leePlano(void* plano) { return leeBytes(plano, 32); }
+
+bool SerializadorBinarioLectura::leeVector3(Vector3D<double>& v)
+{
+    double d[3] = {v.x, v.y, v.z};
+    const bool ok = leeBytes(d, sizeof d);
+    v.x = d[0];
+    v.y = d[1];
+    v.z = d[2];
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leePunto3(Punto3<double>& p)
+{
+    double d[3] = {p.x, p.y, p.z};
+    const bool ok = leeBytes(d, sizeof d);
+    p.x = d[0];
+    p.y = d[1];
+    p.z = d[2];
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeVector2(Vector2D<double>& v)
+{
+    double d[2] = {v.x, v.y};
+    const bool ok = leeBytes(d, sizeof d);
+    v.x = d[0];
+    v.y = d[1];
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeVector3Simple(Vector3D<float>& v)
+{
+    float d[3] = {v.x, v.y, v.z};
+    const bool ok = leeBytes(d, sizeof d);
+    v.x = d[0];
+    v.y = d[1];
+    v.z = d[2];
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeVector2Simple(Vector2D<float>& v)
+{
+    float d[2] = {v.x, v.y};
+    const bool ok = leeBytes(d, sizeof d);
+    v.x = d[0];
+    v.y = d[1];
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeCadena(std::string& s)
+{
+    uint32_t longitud = 0;
+    if (!leeLongitud16(longitud))
+    {
+        return false;
+    }
+    s.assign(longitud, '\0');
+    if (longitud == 0)
+    {
+        return true;
+    }
+    const bool ok = leeBytes(s.data(), longitud);
+    const size_t cero = s.find('\0');
+    if (cero != std::string::npos)
+    {
+        s.resize(cero);
+    }
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeDoble(double& v) { return leeBytes(&v, sizeof v); }
+bool SerializadorBinarioLectura::leeFlotante(float& v) { return leeBytes(&v, sizeof v); }
+bool SerializadorBinarioLectura::leeEntero(int32_t& v) { return leeBytes(&v, sizeof v); }
+bool SerializadorBinarioLectura::leeEnteroSinSigno(uint32_t& v) { return leeBytes(&v, sizeof v); }
+bool SerializadorBinarioLectura::leeCorto(int16_t& v) { return leeBytes(&v, sizeof v); }
+bool SerializadorBinarioLectura::leeCortoSinSigno(uint16_t& v) { return leeBytes(&v, sizeof v); }
+
+bool SerializadorBinarioLectura::leeCaracter(char& v)
+{
+    const bool ok = leeBytes(&v, 1);
+    leeBytes(&v, 1);
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeByte(uint8_t& v)
+{
+    const bool ok = leeBytes(&v, 1);
+    leeBytes(&v, 1);
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeBooleano(bool& v)
+{
+    // Read as a byte: a file may hold any value, and a bool holding other than 0 or 1 is
+    // undefined; any non-zero byte reads as true.
+    uint8_t b = v ? 1 : 0;
+    const bool ok = leeBytes(&b, 1);
+    leeBytes(&b, 1);
+    v = b != 0;
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeLongitud16(uint32_t& v)
+{
+    v = 0;
+    uint16_t corto = 0;
+    const bool ok = leeBytes(&corto, sizeof corto);
+    v = corto;
+    return ok;
+}
+
+bool SerializadorBinarioLectura::leeLongitud32(uint32_t& v)
+{
+    v = 0;
+    return leeBytes(&v, sizeof v);
+}
+
+bool SerializadorBinarioLectura::leeLongitud64(uint64_t& v)
+{
+    v = 0;
+    return leeBytes(&v, sizeof v);
+}
+
+bool SerializadorBinarioLectura::compruebaCadena(const char* literal)
+{
+    const size_t n = std::strlen(literal);
+    std::string leido(n, '\0');
+    if (!leeBytes(leido.data(), static_cast<uint32_t>(n)))
+    {
+        return false;
+    }
+    return std::memcmp(leido.data(), literal, n) == 0;
+}
+
+bool SerializadorBinarioLectura::espia(void* datos, uint32_t n)
+{
+    const int64_t antes = posicion();
+    const bool ok = leeBytes(datos, n);
+    situa(antes);
+    return ok;
+}
+
+BloqueSerializacion* SerializadorBinarioLectura::leeBloque()
+{
+    return new BloqueSerializacionBL(*this, -1);
+}
+
+BloqueSerializacion* SerializadorBinarioLectura::leeBloque16()
+{
+    return new BloqueSerializacionBL(*this, kBloque16);
+}
+
+BloqueSerializacion* SerializadorBinarioLectura::leeBloque32()
+{
+    return new BloqueSerializacionBL(*this, kBloque32);
+}
+
+BloqueSerializacion* SerializadorBinarioLectura::leeBloque64()
+{
+    return new BloqueSerializacionBL(*this, kBloque64);
+}
+
+}  // namespace cad

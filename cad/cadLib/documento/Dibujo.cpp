@@ -1,0 +1,1130 @@
+#include "documento/Dibujo.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "base/Configuracion.h"
+#include "base/ReferenciaObjetoCAD.h"
+#include "base/SerializadorEscrituraBase.h"
+#include "base/SerializadorLecturaBase.h"
+#include "documento/Variables.h"
+#include "entidades/Entidad.h"
+#include "pantalla/PantallaCAD.h"
+
+namespace cad
+{
+
+namespace
+{
+
+const char* const kFamiliaMateriales = "materiales";
+
+// Grows `caja` by `otra`; an empty box adds nothing, so an entity without points can't drag
+// the extent to its inverted corners.
+void uneCaja(Rect3<double>& caja, const Rect3<double>& otra)
+{
+    if (!otra.esValido())
+    {
+        return;
+    }
+    if (!caja.esValido())
+    {
+        caja = otra;
+        return;
+    }
+    caja.amplia(otra.minimo);
+    caja.amplia(otra.maximo);
+}
+
+// Persistent ids for one family, in list order. A new id is one above every id the family
+// holds, so it never meets a stored one: ids stay unique, and two saves of the same drawing
+// write the same bytes, which an address would not give.
+template <class Lista>
+void asignaIdsFamilia(Lista& lista)
+{
+    std::vector<ReferenciaObjetoCAD> instantanea;
+    instantanea.reserve(lista.size());
+    uint64_t maximo = 0;
+    for (ObjetoCAD* o : lista)
+    {
+        instantanea.emplace_back(o, o->id);
+        maximo = std::max(maximo, o->id);
+    }
+    for (ObjetoCAD* o : lista)
+    {
+        if (o->id != 0)
+        {
+            continue;
+        }
+        o->setId(maximo + 1, 0);
+        maximo = o->id;
+        instantanea.emplace_back(o, o->id);
+    }
+}
+
+template <class Variable>
+Variable* comoVariable(VariableBase* v, const char* etiqueta)
+{
+    return v != nullptr && std::strcmp(v->etiqueta(), etiqueta) == 0 ? static_cast<Variable*>(v)
+                                                                      : nullptr;
+}
+
+}  // namespace
+
+Dibujo::Dibujo() : origenPlano(sinPlano()) {}
+
+Dibujo::~Dibujo() { destruyeDocumento(); }
+
+Punto3<double> Dibujo::sinPlano() { return invalido; }
+
+// ---------------------------------------------------------------------------------------
+// Whole document
+
+void Dibujo::nuevoDocumento()
+{
+    destruyeDocumento();
+    capaActual_ = new Capa("0", ColorCapa(7), 1);
+    capas.push_back(capaActual_);
+    entidades.vacia();
+    variables.creaDefectos();
+    vistas.vacia();
+    vistaActual = new Vista();
+    nuevoMaterial(1, 0xFFFFFFFF, 64.0F, "");
+    estiloTextoActual_ = new EstiloTexto();
+    estiloTextoActual_->nombre = "standar";
+    estiloTextoActual_->fuente = "";
+    estiloTextoActual_->tamano = 0;
+    estilosTexto.push_back(estiloTextoActual_);
+    planoVista = false;
+    hayCambios_ = false;
+    redibujar = true;
+    vistaAplicada = false;
+    cargaEstado();
+}
+
+bool Dibujo::destruyeDocumento()
+{
+    capas.vacia();
+    entidades.vacia();
+    variables.vacia();
+    vistas.vacia();
+    materiales.vacia();
+    estilosTexto.vacia();
+    delete vistaActual;
+    vistaActual = nullptr;
+    return true;
+}
+
+void Dibujo::edicionHecha()
+{
+    hayCambios_ = true;
+    redibujar = true;
+    vistaAplicada = false;
+}
+
+void Dibujo::setModo2D(bool activo, PantallaCAD* p)
+{
+    if (p != nullptr)
+    {
+        p->setModo2D(activo);
+    }
+    modo2D_ = activo;
+}
+
+int32_t Dibujo::setTipoCursor(int32_t tipo)
+{
+    const int32_t anterior = tipoCursor;
+    tipoCursor = tipo;
+    return anterior;
+}
+
+void Dibujo::une(Dibujo& otro)
+{
+    for (Capa* c : otro.capas)
+    {
+        if (buscaCapa(c->nombre.c_str()) == nullptr)
+        {
+            auto* copia = new Capa(c->nombre, c->color, c->flags);
+            copia->estiloLinea = c->estiloLinea;
+            capas.push_back(copia);
+        }
+    }
+    std::vector<std::pair<int16_t, int16_t>> equivalencias;
+    for (Material* m : otro.materiales)
+    {
+        auto igual = std::find_if(materiales.begin(), materiales.end(),
+                                  [m](const Material* propio) { return *propio == *m; });
+        if (igual != materiales.end())
+        {
+            equivalencias.emplace_back(m->id, (*igual)->id);
+        }
+        else
+        {
+            const int16_t nuevo = nuevoMaterial(m->idExterno, m->color(), m->brillo(), m->textura());
+            equivalencias.emplace_back(m->id, nuevo);
+        }
+    }
+    for (Entidad* e : otro.entidades)
+    {
+        Entidad* copia = e->clona();
+        Capa* c = e->capa.get() != nullptr ? buscaCapa(e->capa.get()->nombre.c_str()) : nullptr;
+        copia->capa.set(c, 0);
+        entidades.push_back(copia);
+    }
+    hayCambios_ = true;
+    redibujar = true;
+}
+
+// ---------------------------------------------------------------------------------------
+// Entities
+
+bool Dibujo::nuevaEntidad(Entidad* e)
+{
+    lock.lock();
+    hayCambios_ = true;
+    redibujar = true;
+    if (e == nullptr)
+    {
+        return false;
+    }
+    if (e->capa.objeto == nullptr)
+    {
+        e->capa.set(capaActual_, 0);
+    }
+    if (e->color.colorCAD == 256)
+    {
+        e->color.colorCAD = colorActual.colorCAD;
+        e->color.mColor = colorActual.mColor;
+    }
+    uneCaja(extension, e->extension());
+    if (!hayPlanoReferencia() && extension.esValido())
+    {
+        const Punto3<double> centro = extension.centro();
+        setPlanoReferencia(Punto3<double>(centro.x, centro.y, extension.minimo.z), normalPlano);
+    }
+    e->setEstiloTexto(estiloTextoActual_);
+    entidades.push_back(e);
+    ultimaEntidad = e;
+    lock.unlock();
+    return true;
+}
+
+bool Dibujo::borraEntidad(Entidad* e, bool borrar)
+{
+    std::lock_guard<std::recursive_mutex> guardia(lock);
+    auto it = std::find(entidades.begin(), entidades.end(), e);
+    if (it == entidades.end())
+    {
+        return false;
+    }
+    entidades.erase(it);
+    e->quitaSeleccion();
+    hayCambios_ = true;
+    redibujar = true;
+    if (borrar)
+    {
+        delete e;
+    }
+    return true;
+}
+
+Entidad* Dibujo::buscaEntidad(int64_t handle) const
+{
+    for (Entidad* e : entidades)
+    {
+        if (static_cast<int64_t>(reinterpret_cast<intptr_t>(e)) == handle)
+        {
+            return e;
+        }
+    }
+    return nullptr;
+}
+
+int64_t Dibujo::handleUltimaEntidad() const
+{
+    return static_cast<int64_t>(reinterpret_cast<intptr_t>(ultimaEntidad));
+}
+
+void Dibujo::selecciona(Entidad* e)
+{
+    e->marcaSeleccion();
+    redibujar = true;
+}
+
+void Dibujo::deselecciona()
+{
+    for (Entidad* e : entidades)
+    {
+        e->quitaSeleccion();
+    }
+}
+
+void Dibujo::deselecciona(Entidad* e) { e->quitaSeleccion(); }
+
+// ---------------------------------------------------------------------------------------
+// Layers
+
+const char* Dibujo::capa(int i) const
+{
+    if (i < 0 || i >= numeroCapas())
+    {
+        return nullptr;
+    }
+    return capas[static_cast<size_t>(i)]->nombre.c_str();
+}
+
+Capa* Dibujo::buscaCapa(const char* nombre) const
+{
+    return nombre != nullptr ? capas.busca(nombre) : nullptr;
+}
+
+bool Dibujo::nuevaCapa(Capa* c)
+{
+    if (buscaCapa(c->nombre.c_str()) != nullptr)
+    {
+        return false;
+    }
+    capas.push_back(c);
+    return true;
+}
+
+bool Dibujo::posicionaCapa(Capa* c)
+{
+    Capa* existente = buscaCapa(c->nombre.c_str());
+    if (existente != nullptr)
+    {
+        existente->flags |= 1;
+        capaActual_ = existente;
+        hayCambios_ = true;
+        return true;
+    }
+    capas.push_back(c);
+    return true;
+}
+
+bool Dibujo::borraCapa(const char* nombre)
+{
+    Capa* c = buscaCapa(nombre);
+    if (c == nullptr)
+    {
+        return false;
+    }
+    std::vector<Entidad*> suyas;
+    for (Entidad* e : entidades)
+    {
+        if (e->capa.objeto == c)
+        {
+            suyas.push_back(e);
+        }
+    }
+    for (Entidad* e : suyas)
+    {
+        borraEntidad(e, true);
+    }
+    capas.erase(std::find(capas.begin(), capas.end(), c));
+    // The layer leaves the list but not memory: capaActual may still name it, and an undo
+    // step may take it back. The drawing keeps it until it is itself destroyed.
+    capasRetiradas.emplace_back(c);
+    hayCambios_ = true;
+    redibujar = true;
+    return true;
+}
+
+bool Dibujo::capaActual(const char* nombre)
+{
+    if (capaActual_ != nullptr && nombre != nullptr && capaActual_->nombre == nombre)
+    {
+        return true;
+    }
+    Capa* c = buscaCapa(nombre);
+    if (c == nullptr || (c->flags & 1) == 0 || (c->flags & 2) != 0)
+    {
+        return false;
+    }
+    capaActual_ = c;
+    hayCambios_ = true;
+    return true;
+}
+
+bool Dibujo::capaVisible(const char* nombre) const
+{
+    const Capa* c = buscaCapa(nombre);
+    return c != nullptr && (c->flags & 1) != 0;
+}
+
+bool Dibujo::capaBloqueada(const char* nombre) const
+{
+    const Capa* c = buscaCapa(nombre);
+    return c != nullptr && (c->flags & 2) != 0;
+}
+
+uint32_t Dibujo::colorCapa(const char* nombre) const
+{
+    const Capa* c = buscaCapa(nombre);
+    return c != nullptr ? c->color.ABGR() : 0xFFFFFFFFU;
+}
+
+bool Dibujo::colorCapa(const char* nombre, uint32_t rgb)
+{
+    Capa* c = buscaCapa(nombre);
+    if (c == nullptr)
+    {
+        return false;
+    }
+    const uint32_t antes = c->color.RGBA();
+    c->color.mColor.rojo = static_cast<uint8_t>(rgb >> 16);
+    c->color.mColor.verde = static_cast<uint8_t>(rgb >> 8);
+    c->color.mColor.azul = static_cast<uint8_t>(rgb);
+    c->color.mColor.alfa = 255;
+    c->color.colorCAD = 512;
+    // The marks go up only when the packed forms happen to match: that is how it stands, and
+    // callers that want a repaint set it themselves.
+    if (rgb == antes)
+    {
+        hayCambios_ = true;
+        redibujar = true;
+    }
+    return true;
+}
+
+bool Dibujo::visibilidadCapa(const char* nombre, bool visible)
+{
+    Capa* c = buscaCapa(nombre);
+    if (c == nullptr)
+    {
+        return false;
+    }
+    const int32_t antes = c->flags;
+    c->flags = visible ? (c->flags | 1) : (c->flags & ~1);
+    if (c->flags != antes)
+    {
+        hayCambios_ = true;
+        redibujar = true;
+    }
+    return true;
+}
+
+bool Dibujo::bloqueaCapa(const char* nombre, bool bloquear)
+{
+    Capa* c = buscaCapa(nombre);
+    if (c == nullptr || c->nombre == "0")
+    {
+        return false;
+    }
+    c->flags = bloquear ? (c->flags | 2) : (c->flags & ~2);
+    if (bloquear && c == capaActual_)
+    {
+        if (Capa* cero = buscaCapa("0"))
+        {
+            capaActual_ = cero;
+        }
+    }
+    return true;
+}
+
+bool Dibujo::renombraCapa(const char* viejo, const char* nuevo)
+{
+    Capa* c = buscaCapa(viejo);
+    if (c == nullptr || nuevo == nullptr)
+    {
+        return false;
+    }
+    hayCambios_ = c->nombre != nuevo;
+    c->nombre = nuevo;
+    return true;
+}
+
+void Dibujo::setColorActualRGB(uint32_t rgb)
+{
+    colorActual.mColor.rojo = static_cast<uint8_t>(rgb >> 16);
+    colorActual.mColor.verde = static_cast<uint8_t>(rgb >> 8);
+    colorActual.mColor.azul = static_cast<uint8_t>(rgb);
+    colorActual.mColor.alfa = 255;
+    colorActual.colorCAD = 512;
+}
+
+// ---------------------------------------------------------------------------------------
+// Materials and text styles
+
+Material* Dibujo::material(int i) const
+{
+    if (i < 0 || i >= numeroMateriales())
+    {
+        return nullptr;
+    }
+    return materiales[static_cast<size_t>(i)];
+}
+
+Material* Dibujo::materialId(int16_t idMaterial) const
+{
+    for (auto it = materiales.rbegin(); it != materiales.rend(); ++it)
+    {
+        if ((*it)->id == idMaterial)
+        {
+            return *it;
+        }
+    }
+    return nullptr;
+}
+
+bool Dibujo::existeMaterial(int idMaterial) const
+{
+    return materialId(static_cast<int16_t>(idMaterial)) != nullptr;
+}
+
+int16_t Dibujo::nuevoMaterial(int idExterno, uint32_t color, float brillo,
+                              const std::string& textura)
+{
+    const auto nuevo = static_cast<int16_t>(generadorId.nuevoId(kFamiliaMateriales));
+    auto* m = new Material(nuevo);
+    m->idExterno = idExterno;
+    m->setColor(color);
+    m->setBrillo(brillo);
+    m->setTextura(textura);
+    materiales.push_back(m);
+    hayCambios_ = true;
+    redibujar = true;
+    vistaAplicada = false;
+    return nuevo;
+}
+
+int16_t Dibujo::nuevoMaterial(int idExterno, const std::string& textura)
+{
+    return nuevoMaterial(idExterno, 0xFFFFFFFFU, 1.0F, textura);
+}
+
+void Dibujo::borraMaterial(int16_t idMaterial)
+{
+    for (auto it = materiales.rbegin(); it != materiales.rend(); ++it)
+    {
+        if ((*it)->id == idMaterial)
+        {
+            delete *it;
+            materiales.erase(std::next(it).base());
+            generadorId.liberaId(kFamiliaMateriales, idMaterial);
+            break;
+        }
+    }
+    hayCambios_ = true;
+    redibujar = true;
+    vistaAplicada = false;
+}
+
+bool Dibujo::nuevoEstiloTexto(EstiloTexto* estilo)
+{
+    if (buscaEstiloTexto(estilo->nombre.c_str()) != nullptr)
+    {
+        return false;
+    }
+    estilosTexto.push_back(estilo);
+    return true;
+}
+
+EstiloTexto* Dibujo::buscaEstiloTexto(const char* nombre) const
+{
+    return nombre != nullptr ? estilosTexto.busca(nombre) : nullptr;
+}
+
+bool Dibujo::estiloTextoActual(const char* nombre)
+{
+    EstiloTexto* e = buscaEstiloTexto(nombre);
+    if (e == nullptr)
+    {
+        return false;
+    }
+    estiloTextoActual_ = e;
+    hayCambios_ = true;
+    return true;
+}
+
+// ---------------------------------------------------------------------------------------
+// Variables and views
+
+void Dibujo::setVariable(const std::string& nombre, const std::string& valor)
+{
+    variables.setValor(nombre, valor);
+    redibujar = true;
+}
+
+void Dibujo::setVariable(const std::string& nombre, int valor)
+{
+    variables.setValor(nombre, valor);
+    redibujar = true;
+}
+
+void Dibujo::setVariable(const std::string& nombre, double valor)
+{
+    variables.setValor(nombre, valor);
+    redibujar = true;
+}
+
+void Dibujo::setVariable(const std::string& nombre, double x, double y, double z)
+{
+    variables.setValor(nombre, Vector3D<double>(x, y, z));
+    redibujar = true;
+}
+
+bool Dibujo::getVariable(const std::string& nombre, int& valor) const
+{
+    VariableBase* v = variables.busca(nombre);
+    if (v == nullptr)
+    {
+        return false;
+    }
+    // The integer form reads the variable's first value field, whatever its kind.
+    if (auto* i = comoVariable<VariableInt>(v, "VIn"))
+    {
+        valor = i->valor;
+    }
+    else if (auto* d = comoVariable<VariableDob>(v, "VDb"))
+    {
+        valor = static_cast<int>(d->valor);
+    }
+    else if (auto* s = comoVariable<VariableStr>(v, "VSt"))
+    {
+        valor = std::atoi(s->valor.c_str());
+    }
+    else if (auto* p = comoVariable<Variable3D>(v, "V3D"))
+    {
+        valor = static_cast<int>(p->valor.x);
+    }
+    return true;
+}
+
+bool Dibujo::getVariable(const std::string& nombre, std::string& valor) const
+{
+    VariableBase* v = variables.busca(nombre);
+    if (v == nullptr)
+    {
+        return false;
+    }
+    char texto[96];
+    if (auto* s = comoVariable<VariableStr>(v, "VSt"))
+    {
+        valor = s->valor;
+        return true;
+    }
+    if (auto* i = comoVariable<VariableInt>(v, "VIn"))
+    {
+        std::snprintf(texto, sizeof texto, "%d", i->valor);
+    }
+    else if (auto* d = comoVariable<VariableDob>(v, "VDb"))
+    {
+        std::snprintf(texto, sizeof texto, "%.15g", d->valor);
+    }
+    else if (auto* p = comoVariable<Variable3D>(v, "V3D"))
+    {
+        std::snprintf(texto, sizeof texto, "%.15g,%.15g,%.15g", p->valor.x, p->valor.y,
+                      p->valor.z);
+    }
+    else
+    {
+        texto[0] = '\0';
+    }
+    valor = texto;
+    return true;
+}
+
+bool Dibujo::existeVariable(const std::string& nombre) const
+{
+    return variables.busca(nombre) != nullptr;
+}
+
+void Dibujo::borraVariable(const std::string& nombre)
+{
+    auto it = std::find_if(variables.begin(), variables.end(),
+                           [&nombre](const VariableBase* v) { return v->nombre == nombre; });
+    if (it != variables.end())
+    {
+        delete *it;
+        variables.erase(it);
+    }
+    redibujar = true;
+}
+
+std::string Dibujo::nombreVista(int i) const
+{
+    if (i < 0 || i >= numeroVistas())
+    {
+        return "";
+    }
+    return vistas[static_cast<size_t>(i)]->nombre;
+}
+
+namespace
+{
+
+void leeCamara(PantallaCAD* p, Vista& v)
+{
+    p->getCamara(v.posicion, v.objetivo, v.direccion, v.arriba, v.zoom, v.angulo);
+}
+
+}  // namespace
+
+void Dibujo::guardaVistaActual(PantallaCAD* p, const std::string& nombre)
+{
+    auto it = std::find_if(vistas.begin(), vistas.end(),
+                           [&nombre](const Vista* v) { return v->nombre == nombre; });
+    Vista* v = nullptr;
+    if (it != vistas.end())
+    {
+        v = *it;
+    }
+    else
+    {
+        v = new Vista();
+        v->nombre = nombre;
+        vistas.push_back(v);
+    }
+    leeCamara(p, *v);
+}
+
+Vista Dibujo::guardaVistaActual(PantallaCAD* p)
+{
+    if (vistaActual == nullptr)
+    {
+        vistaActual = new Vista();
+    }
+    leeCamara(p, *vistaActual);
+    return *vistaActual;
+}
+
+void Dibujo::activaVista(PantallaCAD* p, const Vista& vista)
+{
+    p->setCamara(vista.posicion, vista.objetivo, vista.arriba, vista.zoom, vista.angulo);
+}
+
+void Dibujo::activaVista(PantallaCAD* p, const std::string& nombre)
+{
+    for (Vista* v : vistas)
+    {
+        if (v->nombre == nombre)
+        {
+            activaVista(p, *v);
+            return;
+        }
+    }
+}
+
+void Dibujo::borraVista(const std::string& nombre)
+{
+    for (auto it = vistas.rbegin(); it != vistas.rend(); ++it)
+    {
+        if ((*it)->nombre == nombre)
+        {
+            delete *it;
+            vistas.erase(std::next(it).base());
+            return;
+        }
+    }
+}
+
+// ---------------------------------------------------------------------------------------
+// Document state in variables
+
+void Dibujo::guardaEstado()
+{
+    if (capaActual_ != nullptr)
+    {
+        variables.setValor("clayer", capaActual_->nombre);
+    }
+    char texto[32];
+    if (colorActual.colorCAD == 512)
+    {
+        std::snprintf(texto, sizeof texto, "RGB:%d", static_cast<int>(colorActual.RGBA()));
+    }
+    else
+    {
+        std::snprintf(texto, sizeof texto, "%d", static_cast<int>(colorActual.colorCAD));
+    }
+    variables.setValor("cecolor", std::string(texto));
+    variables.setValor("orgplref", Vector3D<double>(origenPlano.x, origenPlano.y, origenPlano.z));
+    variables.setValor("normplref", normalPlano);
+    if (estiloTextoActual_ != nullptr)
+    {
+        variables.setValor("textstyle", estiloTextoActual_->nombre);
+    }
+    if (vistaActual != nullptr)
+    {
+        const Vista& v = *vistaActual;
+        variables.setValor("posVista", Vector3D<double>(v.posicion.x, v.posicion.y, v.posicion.z));
+        variables.setValor("objVista", Vector3D<double>(v.objetivo.x, v.objetivo.y, v.objetivo.z));
+        variables.setValor("upVista", v.arriba);
+        variables.setValor("zoomVista", v.zoom);
+        variables.setValor("angVista", v.angulo);
+    }
+}
+
+void Dibujo::cargaEstado()
+{
+    if (auto* v = comoVariable<VariableStr>(variables.busca("clayer"), "VSt"))
+    {
+        Capa* c = buscaCapa(v->valor.c_str());
+        if (c == nullptr)
+        {
+            c = buscaCapa("0");
+        }
+        if (c != nullptr)
+        {
+            capaActual_ = c;
+        }
+    }
+    if (auto* v = comoVariable<VariableStr>(variables.busca("cecolor"), "VSt"))
+    {
+        if (v->valor.compare(0, 4, "RGB:") == 0)
+        {
+            // Split as blue, green, red from low to high with alpha 255: the save wrote the
+            // value alpha lowest, so the two forms differ by a byte, and that is kept.
+            const auto rgb = static_cast<uint32_t>(std::atoi(v->valor.c_str() + 4));
+            colorActual.mColor.azul = static_cast<uint8_t>(rgb);
+            colorActual.mColor.verde = static_cast<uint8_t>(rgb >> 8);
+            colorActual.mColor.rojo = static_cast<uint8_t>(rgb >> 16);
+            colorActual.mColor.alfa = 255;
+            colorActual.colorCAD = 512;
+        }
+        else
+        {
+            colorActual.setIndiceColor(std::atoi(v->valor.c_str()));
+        }
+    }
+    Punto3<double> origen;
+    Punto3<double> normal;
+    if (variables.getValor3D("orgplref", origen) && variables.getValor3D("normplref", normal))
+    {
+        setPlanoReferencia(origen, Vector3D<double>(normal.x, normal.y, normal.z));
+    }
+    ultimaEntidad = nullptr;
+    if (auto* v = comoVariable<VariableStr>(variables.busca("textstyle"), "VSt"))
+    {
+        EstiloTexto* e = buscaEstiloTexto(v->valor.c_str());
+        if (e == nullptr)
+        {
+            e = buscaEstiloTexto("standar");
+        }
+        if (e != nullptr)
+        {
+            estiloTextoActual_ = e;
+        }
+    }
+    delete vistaActual;
+    vistaActual = new Vista();
+    Punto3<double> arriba;
+    auto* zoom = comoVariable<VariableDob>(variables.busca("zoomVista"), "VDb");
+    auto* angulo = comoVariable<VariableDob>(variables.busca("angVista"), "VDb");
+    const bool completa = variables.getValor3D("posVista", vistaActual->posicion) &
+                          variables.getValor3D("objVista", vistaActual->objetivo) &
+                          variables.getValor3D("upVista", arriba) & (zoom != nullptr) &
+                          (angulo != nullptr);
+    vistaActual->arriba = Vector3D<double>(arriba.x, arriba.y, arriba.z);
+    if (zoom != nullptr)
+    {
+        vistaActual->zoom = zoom->valor;
+    }
+    if (angulo != nullptr)
+    {
+        vistaActual->angulo = angulo->valor;
+    }
+    // Without a whole stored view the display keeps its present camera.
+    vistaAplicada = !completa;
+}
+
+// ---------------------------------------------------------------------------------------
+// View and reference plane
+
+void Dibujo::zoomExtension(double factor, PantallaCAD* p) { zoomExtension(factor, factor, p); }
+
+void Dibujo::zoomExtension(double factorAncho, double factorAlto, PantallaCAD* p)
+{
+    Rect3<double> caja;
+    {
+        std::lock_guard<std::recursive_mutex> guardia(lock);
+        if (entidades.empty())
+        {
+            return;
+        }
+        const double m = std::numeric_limits<double>::max();
+        caja.minimo = Punto3<double>(m, m, m);
+        caja.maximo = Punto3<double>(-m, -m, -m);
+        for (const Entidad* e : entidades)
+        {
+            const Rect3<double> r = e->extension();
+            caja.minimo = Punto3<double>(std::min(caja.minimo.x, r.minimo.x),
+                                         std::min(caja.minimo.y, r.minimo.y),
+                                         std::min(caja.minimo.z, r.minimo.z));
+            caja.maximo = Punto3<double>(std::max(caja.maximo.x, r.maximo.x),
+                                         std::max(caja.maximo.y, r.maximo.y),
+                                         std::max(caja.maximo.z, r.maximo.z));
+        }
+    }
+    const Punto3<double> c = caja.centro();
+    double hx = 0.0;
+    double hy = 0.0;
+    if (caja.esValido())
+    {
+        hx = (caja.maximo.x - caja.minimo.x) * 0.5 * factorAncho;
+        hy = (caja.maximo.y - caja.minimo.y) * 0.5 * factorAlto;
+    }
+    p->zoomExtension(Rect3<double>(Punto3<double>(c.x - hx, c.y - hy, c.z),
+                                   Punto3<double>(c.x + hx, c.y + hy, c.z)));
+    guardaVistaActual(p);
+    edicionHecha();
+}
+
+void Dibujo::zoomEntidad(PantallaCAD* p, Entidad* e)
+{
+    const Rect3<double> caja = e->extension();
+    const Punto3<double> c = caja.centro();
+    double hx = 0.0;
+    double hy = 0.0;
+    if (caja.esValido())
+    {
+        hx = (caja.maximo.x - caja.minimo.x) * 0.5;
+        hy = (caja.maximo.y - caja.minimo.y) * 0.5;
+    }
+    p->zoomExtension(Rect3<double>(Punto3<double>(c.x - hx, c.y - hy, c.z),
+                                   Punto3<double>(c.x + hx, c.y + hy, c.z)));
+    guardaVistaActual(p);
+    edicionHecha();
+}
+
+void Dibujo::setPlanoReferencia(const Punto3<double>& origen, const Vector3D<double>& normal)
+{
+    origenPlano = origen;
+    normalPlano = normal;
+    plano.a = normal.x;
+    plano.b = normal.y;
+    plano.c = normal.z;
+    plano.d = -(normal.x * origen.x + normal.y * origen.y + normal.z * origen.z);
+}
+
+void Dibujo::getPlanoReferencia(Punto3<double>& origen, Vector3D<double>& normal,
+                                Plano3D<double>& plano_) const
+{
+    if (!hayPlanoReferencia())
+    {
+        return;
+    }
+    origen = origenPlano;
+    normal = normalPlano;
+    plano_ = plano;
+}
+
+void Dibujo::setReferenciaEntidades(bool global, int32_t mascara)
+{
+    referenciaGlobal = global;
+    mascaraReferencias = mascara;
+}
+
+void Dibujo::getReferenciaEntidades(bool& global, int32_t& mascara) const
+{
+    global = referenciaGlobal;
+    mascara = mascaraReferencias;
+}
+
+// ---------------------------------------------------------------------------------------
+// Painting
+
+void Dibujo::inicioDibujo(PantallaCAD& p) { p.inicioDibujo(); }
+void Dibujo::finEntidades(PantallaCAD& p) { p.finEntidades(); }
+void Dibujo::finDibujo(PantallaCAD& p) { p.finDibujo(); }
+
+bool Dibujo::dibuja(PantallaCAD& p)
+{
+    if (!lock.try_lock())
+    {
+        return false;
+    }
+    // A document that is not ready keeps the lock taken here; it is recursive, so the
+    // painting thread goes on as before. That is how the operation stands.
+    if (!documentoListo)
+    {
+        return false;
+    }
+    if (!vistaAplicada && vistaActual != nullptr && vistaActual->posicion != vistaActual->objetivo)
+    {
+        p.limpia();
+        redibujar = p.setCamara(vistaActual->posicion, vistaActual->objetivo, vistaActual->arriba,
+                                vistaActual->zoom, vistaActual->angulo) ||
+                    redibujar;
+        p.getOrigenVista(vistaActual->referencia);
+        vistaAplicada = true;
+    }
+    const bool r = redibujar;
+    if (r)
+    {
+        redibujar = false;
+        const Color fondo = Configuracion::instancia().color(Configuracion::kFondo);
+        p.setColorFondo(fondo.ABGR());
+        for (const Material* m : materiales)
+        {
+            if (!m->tieneTextura())
+            {
+                p.nuevoMaterial(m->id, m->color(), m->brillo());
+            }
+            else
+            {
+                p.nuevaTextura(m->id, m->textura().c_str(), m->color(), m->brillo());
+            }
+        }
+        p.limpia();
+        cursor_t referencia;
+        p.getCursor(referencia);
+        if (modo2D_)
+        {
+            referencia.plano.z = 0.0;
+        }
+        p.setModoLinea(0xFFFF);
+        const auto estilo = [&p](const Entidad* e, bool conPatron) {
+            const Capa* c = static_cast<const Capa*>(e->capa.objeto);
+            const EstiloLinea& l = e->estiloLinea.porCapa && c != nullptr
+                                       ? static_cast<const EstiloLinea&>(c->estiloLinea)
+                                       : e->estiloLinea;
+            if (conPatron)
+            {
+                p.setModoLinea(l.patron);
+            }
+            p.setGrosor(static_cast<float>(l.grosor));
+        };
+        const auto visible = [](const Entidad* e) {
+            const Capa* c = static_cast<const Capa*>(e->capa.objeto);
+            return c != nullptr && (c->flags & 1) != 0;
+        };
+        const uint32_t marcas = kEstadoSeleccionada | kEstadoResaltada;
+        for (const Entidad* e : entidades)
+        {
+            if (!visible(e))
+            {
+                continue;
+            }
+            estilo(e, true);
+            if ((e->estado & marcas) == 0)
+            {
+                e->dibuja(p);
+            }
+        }
+        p.setModoLinea(0xAAAA);
+        for (const Entidad* e : entidades)
+        {
+            if (!visible(e))
+            {
+                continue;
+            }
+            estilo(e, false);
+            if ((e->estado & marcas) != 0)
+            {
+                e->dibuja(p);
+            }
+        }
+        p.setModoLinea(0xFFFF);
+    }
+    if (vistaActual != nullptr)
+    {
+        p.getCamara(vistaActual->posicion, vistaActual->objetivo, vistaActual->direccion,
+                    vistaActual->arriba, vistaActual->zoom, vistaActual->angulo);
+    }
+    lock.unlock();
+    return r;
+}
+
+// ---------------------------------------------------------------------------------------
+// The document file
+
+void Dibujo::asignaIds()
+{
+    asignaIdsFamilia(capas);
+    asignaIdsFamilia(materiales);
+    asignaIdsFamilia(estilosTexto);
+}
+
+void Dibujo::escribe(SerializadorEscrituraBase& w)
+{
+    std::lock_guard<std::recursive_mutex> guardia(lock);
+    documentoListo = false;
+    asignaIds();
+    {
+        std::unique_ptr<BloqueSerializacion> bloque(w.nuevoBloque64(etiqueta()));
+        capas.escribe(w);
+        materiales.escribe(w);
+        estilosTexto.escribe(w);
+        entidades.escribe(w);
+        variables.escribe(w);
+        vistas.escribe(w);
+        escribeDatosDesconocidos(w);
+    }
+    documentoListo = true;
+}
+
+bool Dibujo::lee(SerializadorLecturaBase& r)
+{
+    std::lock_guard<std::recursive_mutex> guardia(lock);
+    documentoListo = false;
+    BloqueSerializacion* bloque = r.leeBloque64();
+    if (!bloque->esTipo(etiqueta()))
+    {
+        finLectura(r, bloque);
+        return false;
+    }
+    std::unique_ptr<BloqueSerializacion> exterior(bloque);
+    if (!capas.lee(r) || !materiales.lee(r) || !estilosTexto.lee(r))
+    {
+        return false;
+    }
+    std::vector<int16_t> ids;
+    ids.reserve(materiales.size());
+    for (const Material* m : materiales)
+    {
+        ids.push_back(m->id);
+    }
+    generadorId.reinicia(kFamiliaMateriales, ids);
+    if (!entidades.lee(r))
+    {
+        return false;
+    }
+    ataReferencias();
+    extension = Rect3<double>();
+    for (const Entidad* e : entidades)
+    {
+        uneCaja(extension, e->extension());
+    }
+    variables.creaDefectos();
+    if (!variables.lee(r) || !vistas.lee(r))
+    {
+        return false;
+    }
+    cargaEstado();
+    const bool ok = finLectura(r, exterior.release());
+    if (ok)
+    {
+        documentoListo = true;
+    }
+    return ok;
+}
+
+void Dibujo::ataReferencias()
+{
+    std::vector<ReferenciaObjetoCAD> instantaneaCapas;
+    instantaneaCapas.reserve(capas.size());
+    for (Capa* c : capas)
+    {
+        instantaneaCapas.emplace_back(c, c->id);
+    }
+    for (Entidad* e : entidades)
+    {
+        e->capa.objeto = nullptr;
+        for (const ReferenciaObjetoCAD& r : instantaneaCapas)
+        {
+            if (r.id == e->capa.id)
+            {
+                e->capa.objeto = r.objeto;
+                break;
+            }
+        }
+    }
+}
+
+}  // namespace cad

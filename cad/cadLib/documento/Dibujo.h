@@ -1,0 +1,212 @@
+// The document: its six lists, current layer/colour/style/view, reference plane, marks, lock.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "base/Color.h"
+#include "base/GeneradorId.h"
+#include "base/ObjetoCAD.h"
+#include "base/geometria/Plano3D.h"
+#include "base/geometria/Punto3.h"
+#include "base/geometria/Rect3.h"
+#include "base/geometria/Vector3D.h"
+#include "documento/Capa.h"
+#include "documento/EstiloTexto.h"
+#include "documento/ListaCapas.h"
+#include "documento/ListaEntidades.h"
+#include "documento/ListaEstilosTexto.h"
+#include "documento/ListaMateriales.h"
+#include "documento/ListaVariables.h"
+#include "documento/ListaVistas.h"
+#include "documento/Material.h"
+#include "documento/Vista.h"
+
+namespace cad
+{
+
+class Entidad;
+class PantallaCAD;
+
+// Works without an editor; the editor adds interaction and undo on top. Usable only after
+// nuevoDocumento or a successful load. Layer, colour, variable and selection operations run
+// without the lock: edits come from the host's thread, and the lock only keeps a painter on
+// another thread from seeing a list in mid-change.
+class Dibujo : public ObjetoCAD
+{
+public:
+    Dibujo();
+    ~Dibujo() override;
+    Dibujo(const Dibujo&) = delete;
+    Dibujo& operator=(const Dibujo&) = delete;
+
+    // The file's magic.
+    const char* etiqueta() const override { return "Tarvelo.CAD.v02"; }
+    void escribe(SerializadorEscrituraBase& w) override;
+    bool lee(SerializadorLecturaBase& r) override;
+
+    // --- whole document -------------------------------------------------------------
+    // Layer "0", the default material (id from the generator), style "standar", default
+    // variables and view; hayCambios false. Keeps the former reference plane and id counter.
+    void nuevoDocumento();
+    // Deletes every item of the six lists and the working view. Current pointers dangle
+    // until nuevoDocumento or a load.
+    bool destruyeDocumento();
+    // Merges another drawing's layers (by name), materials (by equality) and entities.
+    void une(Dibujo& otro);
+    bool hayCambios() const { return hayCambios_; }
+    void borraMarcaCambios() { hayCambios_ = false; }
+    // Sets both marks and asks for the stored view to be applied again.
+    void edicionHecha();
+    void setModo2D(bool activo, PantallaCAD* p);
+    bool modo2D() const { return modo2D_; }
+    // Returns the old value.
+    int32_t setTipoCursor(int32_t tipo);
+
+    // --- entities -------------------------------------------------------------------
+    // Takes ownership. In the lock. False for null (the lock stays held then: no caller
+    // passes null, and the lock is recursive).
+    bool nuevaEntidad(Entidad* e);
+    // Removes by address keeping the order; deletes when `borrar`. extension does not shrink.
+    bool borraEntidad(Entidad* e, bool borrar);
+    Entidad* buscaEntidad(int64_t handle) const;
+    int64_t handleUltimaEntidad() const;
+    void selecciona(Entidad* e);
+    void deselecciona();
+    void deselecciona(Entidad* e);
+
+    // --- layers ---------------------------------------------------------------------
+    int numeroCapas() const { return static_cast<int>(capas.size()); }
+    const char* capa(int i) const;
+    Capa* buscaCapa(const char* nombre) const;
+    bool nuevaCapa(Capa* c);
+    bool posicionaCapa(Capa* c);
+    bool borraCapa(const char* nombre);
+    Capa* capaActual() const { return capaActual_; }
+    bool capaActual(const char* nombre);
+    bool capaVisible(const char* nombre) const;
+    bool capaBloqueada(const char* nombre) const;
+    uint32_t colorCapa(const char* nombre) const;
+    bool colorCapa(const char* nombre, uint32_t rgb);
+    bool visibilidadCapa(const char* nombre, bool visible);
+    bool bloqueaCapa(const char* nombre, bool bloquear);
+    bool renombraCapa(const char* viejo, const char* nuevo);
+    uint32_t colorActualABGR() const { return colorActual.ABGR(); }
+    bool setColorActualIndice(int indice) { return colorActual.setIndiceColor(indice); }
+    void setColorActualRGB(uint32_t rgb);
+
+    // --- materials and text styles ----------------------------------------------------
+    int numeroMateriales() const { return static_cast<int>(materiales.size()); }
+    Material* material(int i) const;
+    Material* materialId(int16_t id) const;
+    bool existeMaterial(int id) const;
+    int16_t nuevoMaterial(int idExterno, uint32_t color, float brillo, const std::string& textura);
+    int16_t nuevoMaterial(int idExterno, const std::string& textura);
+    void borraMaterial(int16_t id);
+    bool nuevoEstiloTexto(EstiloTexto* estilo);
+    EstiloTexto* buscaEstiloTexto(const char* nombre) const;
+    EstiloTexto* estiloTextoActual() const { return estiloTextoActual_; }
+    bool estiloTextoActual(const char* nombre);
+
+    // --- variables and views --------------------------------------------------------
+    void setVariable(const std::string& nombre, const std::string& valor);
+    void setVariable(const std::string& nombre, int valor);
+    void setVariable(const std::string& nombre, double valor);
+    void setVariable(const std::string& nombre, double x, double y, double z);
+    bool getVariable(const std::string& nombre, int& valor) const;
+    bool getVariable(const std::string& nombre, std::string& valor) const;
+    bool existeVariable(const std::string& nombre) const;
+    void borraVariable(const std::string& nombre);
+    int numeroVistas() const { return static_cast<int>(vistas.size()); }
+    std::string nombreVista(int i) const;
+    void guardaVistaActual(PantallaCAD* p, const std::string& nombre);
+    Vista guardaVistaActual(PantallaCAD* p);
+    void activaVista(PantallaCAD* p, const Vista& vista);
+    void activaVista(PantallaCAD* p, const std::string& nombre);
+    void borraVista(const std::string& nombre);
+
+    // --- document state in variables ------------------------------------------------
+    // Writes the current layer, colour, plane, style and view into the variables.
+    void guardaEstado();
+    // Applies them back: the first variable of a name wins, so the defaults shadow a
+    // file's copies of "clayer", "cecolor", "orgplref", "normplref" and "textstyle".
+    void cargaEstado();
+
+    // --- view and reference plane ----------------------------------------------------
+    void zoomExtension(double factor, PantallaCAD* p);
+    void zoomExtension(double factorAncho, double factorAlto, PantallaCAD* p);
+    void zoomEntidad(PantallaCAD* p, Entidad* e);
+    void setPlanoReferencia(const Punto3<double>& origen, const Vector3D<double>& normal);
+    // Leaves its arguments untouched while there is no plane.
+    void getPlanoReferencia(Punto3<double>& origen, Vector3D<double>& normal,
+                            Plano3D<double>& plano_) const;
+    bool hayPlanoReferencia() const { return origenPlano != sinPlano(); }
+    static Punto3<double> sinPlano();
+
+    // --- painting --------------------------------------------------------------------
+    void inicioDibujo(PantallaCAD& p);
+    // Describes the document to the display; true when the entities were sent again.
+    // Never blocks: when another thread holds the document the frame is skipped.
+    bool dibuja(PantallaCAD& p);
+    void finEntidades(PantallaCAD& p);
+    void finDibujo(PantallaCAD& p);
+
+    // --- snap settings ---------------------------------------------------------------
+    void setReferenciaEntidades(bool global, int32_t mascara);
+    void getReferenciaEntidades(bool& global, int32_t& mascara) const;
+    void setReactorInicioReferenciaEntidades(std::function<void()> f)
+    {
+        reactorInicioReferencia = std::move(f);
+    }
+    void setReactorFinReferenciaEntidades(std::function<void()> f)
+    {
+        reactorFinReferencia = std::move(f);
+    }
+
+    std::recursive_mutex& cerrojo() { return lock; }
+
+    GeneradorId generadorId;
+    ListaCapas capas;
+    ListaEntidades entidades;
+    ListaVariables variables;
+    ListaVistas vistas;
+    ListaMateriales materiales;
+    ListaEstilosTexto estilosTexto;
+    Capa* capaActual_ = nullptr;
+    ColorEntidad colorActual;
+    Entidad* ultimaEntidad = nullptr;
+    Vista* vistaActual = nullptr;
+    EstiloTexto* estiloTextoActual_ = nullptr;
+    bool referenciaGlobal = false;
+    int32_t mascaraReferencias = 0;
+    std::function<void()> reactorInicioReferencia;
+    std::function<void()> reactorFinReferencia;
+    Punto3<double> origenPlano;
+    Vector3D<double> normalPlano{0, 0, 1};
+    Plano3D<double> plano;
+    Rect3<double> extension;
+    bool planoVista = false;
+    double datosPlanoVista[4] = {0, 0, 0, 0};
+    bool hayCambios_ = false;
+    bool redibujar = false;
+    bool documentoListo = true;
+    std::recursive_mutex lock;
+    bool vistaAplicada = false;
+    int32_t tipoCursor = 0;
+    bool modo2D_ = false;
+
+    // Layers taken out by borraCapa: alive until the drawing goes, since capaActual and undo
+    // steps may still name them.
+    std::vector<std::unique_ptr<Capa>> capasRetiradas;
+
+private:
+    void asignaIds();
+    // After a load: each entity's layer reference finds its layer by id.
+    void ataReferencias();
+};
+
+}  // namespace cad

@@ -1,0 +1,4 @@
+// The interactive editor.
+#pragma once
+
+#include "editor/EditorDibujo.h"

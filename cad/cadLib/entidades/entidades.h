@@ -1,0 +1,4 @@
+// The entities of a drawing.
+#pragma once
+
+#include "entidades/Entidad.h"

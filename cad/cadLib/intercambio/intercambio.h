@@ -1,0 +1,2 @@
+// Interchange with other formats.
+#pragma once

@@ -1,0 +1,2 @@
+// The mesh model behind solids and surfaces.
+#pragma once

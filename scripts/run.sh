@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# The main job: builds and installs the library, builds the command-line host against the
+# installed package, and runs its demo.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+./scripts/setup.sh
+
+prefijo="$PWD/build/instalado"
+cmake -S . -B build/biblioteca -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    -DCAD_BUILD_TESTS=OFF -DCAD_BUILD_BENCH=OFF -DCAD_WERROR=OFF >/dev/null
+cmake --build build/biblioteca >/dev/null
+cmake --install build/biblioteca --prefix "$prefijo" >/dev/null
+
+cmake -S cad/hosts/tarvelo -B build/tarvelo -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    -DCMAKE_PREFIX_PATH="$prefijo" >/dev/null
+cmake --build build/tarvelo >/dev/null
+
+if [ $# -eq 0 ]; then
+    set -- demo
+fi
+exec build/tarvelo/tarvelo "$@"

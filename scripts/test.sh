@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Builds and runs every test: the optimised build, then the AddressSanitizer + UBSan build.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+./scripts/setup.sh
+
+for preset in default asan; do
+    echo "=== ${preset}: configure, build, test ==="
+    cmake --preset "${preset}" -DCAD_WERROR=ON
+    cmake --build --preset "${preset}"
+    ctest --preset "${preset}" -j 2
+done

@@ -1,0 +1,54 @@
+#include "soporte/FicheroTemporal.h"
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <unistd.h>
+
+namespace cad::prueba
+{
+
+namespace
+{
+
+std::filesystem::path carpeta()
+{
+    static const std::filesystem::path raiz = [] {
+        auto p = std::filesystem::temp_directory_path() /
+                 ("tarvelo-pruebas-" + std::to_string(::getpid()));
+        std::filesystem::create_directories(p);
+        return p;
+    }();
+    return raiz;
+}
+
+}  // namespace
+
+std::string rutaTemporal(const std::string& nombre)
+{
+    static std::atomic<int> contador{0};
+    return (carpeta() / (std::to_string(contador++) + "-" + nombre)).string();
+}
+
+std::vector<uint8_t> leeFichero(const std::string& ruta)
+{
+    std::ifstream f(ruta, std::ios::binary);
+    return std::vector<uint8_t>(std::istreambuf_iterator<char>(f), {});
+}
+
+void escribeFichero(const std::string& ruta, const std::vector<uint8_t>& bytes)
+{
+    std::ofstream f(ruta, std::ios::binary | std::ios::trunc);
+    f.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+void escribeFichero(const std::string& ruta, const std::string& texto)
+{
+    std::ofstream f(ruta, std::ios::binary | std::ios::trunc);
+    f << texto;
+}
+
+bool existeFichero(const std::string& ruta) { return std::filesystem::exists(ruta); }
+
+}  // namespace cad::prueba

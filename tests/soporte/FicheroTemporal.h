@@ -1,0 +1,18 @@
+// Test support: unique scratch files and whole-file byte access.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace cad::prueba
+{
+
+// A path under a scratch folder of this test process; the name keeps its extension.
+std::string rutaTemporal(const std::string& nombre);
+std::vector<uint8_t> leeFichero(const std::string& ruta);
+void escribeFichero(const std::string& ruta, const std::vector<uint8_t>& bytes);
+void escribeFichero(const std::string& ruta, const std::string& texto);
+bool existeFichero(const std::string& ruta);
+
+}  // namespace cad::prueba
