@@ -1,0 +1,302 @@
+// The drawing facade: callback wiring, lifecycle, guards, keys, layers, colours,
+// configuration and the visibility flags kept as variables.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Fendrix/WrapDibujoCAD.h"
+#include "Fendrix/WrapPantallaCAD.h"
+#include "base/Configuracion.h"
+#include "documento/Dibujo.h"
+#include "editor/EditorDibujo.h"
+#include "entidades/Entidad.h"
+#include "soporte/FicheroTemporal.h"
+#include "soporte/PantallaGrabadora.h"
+
+namespace
+{
+
+using Fendrix::WrapDibujoCAD;
+using Fendrix::WrapPantallaCAD;
+using Tipo = WrapDibujoCAD::tipoActualizacion;
+using cad::EditorDibujo;
+
+class MarcaPrueba : public cad::Entidad
+{
+public:
+    const char* etiqueta() const override { return "tM1"; }
+    void escribe(cad::SerializadorEscrituraBase&) override {}
+    bool lee(cad::SerializadorLecturaBase&) override { return false; }
+    Entidad* clona() const override { return new MarcaPrueba(*this); }
+    void dibuja(cad::PantallaCAD&) const override {}
+};
+
+// A facade with a new document whose host callbacks record what reaches them.
+struct Anfitrion
+{
+    std::vector<Tipo> avisos;
+    std::vector<std::string> textos;
+    WrapDibujoCAD w{nullptr, [this](Tipo t) { avisos.push_back(t); }};
+    Anfitrion() { w.nuevoDocumento(); }
+    WrapDibujoCAD::SalidaTextoDelegate salida()
+    {
+        return [this](const std::string& s) { textos.push_back(s); };
+    }
+};
+
+// Construction attaches no callback: an editor notice reaches nobody until setActualiza
+// (or setPantalla) wires the host's update delegate.
+TEST(WrapDibujoCADMarco, construccionNoConectaNada)
+{
+    Anfitrion h;
+    ASSERT_NE(h.w.mEditor, nullptr);
+    EXPECT_EQ(h.w.mEditor->pantalla(), nullptr);
+    h.w.mEditor->actualiza(EditorDibujo::kCapas);
+    EXPECT_TRUE(h.avisos.empty());
+    h.w.setActualiza(h.w.mActualiza);
+    h.w.mEditor->actualiza(EditorDibujo::kCapas);
+    EXPECT_EQ(h.avisos, std::vector<Tipo>{Tipo::kCapas});
+}
+
+// setPantalla twice: the newest editor has the update and text callbacks again, while the
+// edit, insertion and command reactors set after the first call are not attached again.
+TEST(WrapDibujoCADMarco, setPantallaDosVecesSoloReconectaActualizaYTexto)
+{
+    Anfitrion h;
+    cad::prueba::PantallaGrabadora p1;
+    cad::prueba::PantallaGrabadora p2;
+    WrapPantallaCAD w1;
+    WrapPantallaCAD w2;
+    w1.setPantalla(&p1);
+    w2.setPantalla(&p2);
+    h.w.setPantalla(&w1);
+    h.w.setSalidaTexto(h.salida());
+    h.w.setReactorEdicion([](int64_t, auto, int32_t, double, double, double) { return false; });
+    h.w.setReactorInsercion([](int64_t, auto) { return false; });
+    h.w.setReactorComandoInteractivo([](auto) {});
+    EXPECT_TRUE(h.w.mEditor->reactorEdicionEntidades);
+    h.w.setPantalla(&w2);
+    EditorDibujo* e = h.w.mEditor;
+    EXPECT_EQ(e->pantalla(), &p2);
+    EXPECT_EQ(h.w.mPantalla, &p2);
+    e->actualiza(EditorDibujo::kControl);
+    e->mensaje("punto %d", 2);
+    EXPECT_EQ(h.avisos, std::vector<Tipo>{Tipo::kControl});
+    EXPECT_EQ(h.textos, std::vector<std::string>{"punto 2"});
+    EXPECT_FALSE(e->reactorEdicionEntidades);
+    EXPECT_FALSE(e->reactorInsercionEntidades);
+    EXPECT_FALSE(e->reactorComandoInteractivo);
+}
+
+// setActualiza(null) after a real delegate keeps the kernel's entry point but silences it;
+// the edit and insertion adapters answer true when no delegate is set.
+TEST(WrapDibujoCADMarco, delegadosNulosSilencianYLosReactoresPermiten)
+{
+    Anfitrion h;
+    h.w.setActualiza(h.w.mActualiza);
+    h.w.setActualiza(nullptr);
+    ASSERT_TRUE(h.w.mEditor->funcionActualiza);
+    h.w.mEditor->actualiza(EditorDibujo::kCapas);
+    EXPECT_TRUE(h.avisos.empty());
+    h.w.setReactorEdicion([](int64_t, auto, int32_t, double, double, double) { return false; });
+    h.w.setReactorInsercion([](int64_t, auto) { return false; });
+    EXPECT_FALSE(h.w.mEditor->reactorEdicionEntidades(0, EditorDibujo::kBorrar, 0, 0, 0, 0));
+    h.w.setReactorEdicion(nullptr);
+    h.w.setReactorInsercion(nullptr);
+    ASSERT_TRUE(h.w.mEditor->reactorEdicionEntidades);
+    EXPECT_TRUE(h.w.mEditor->reactorEdicionEntidades(0, EditorDibujo::kInsertar, 1, 2, 3, 4));
+    EXPECT_TRUE(h.w.mEditor->reactorInsercionEntidades(0, EditorDibujo::kEntidadInsertada));
+    EXPECT_TRUE(h.w.ejecutaReactorEdicion(0, WrapDibujoCAD::tipoEdicionEntidades::kBorrar, 0,
+                                          0, 0, 0));
+}
+
+// The property-viewer wrapper is made once: a viewer set before setPantalla never reaches
+// the new editor, not even when it is set again.
+TEST(WrapDibujoCADMarco, visorPropiedadesSoloUnaVez)
+{
+    Anfitrion h;
+    int llamadas = 0;
+    h.w.setVisorPropiedades([&llamadas] { ++llamadas; });
+    ASSERT_TRUE(h.w.mEditor->visorPropiedades);
+    h.w.mEditor->visorPropiedades();
+    EXPECT_EQ(llamadas, 1);
+    h.w.setPantalla(nullptr);
+    EXPECT_FALSE(h.w.mEditor->visorPropiedades);
+    h.w.setVisorPropiedades([&llamadas] { ++llamadas; });
+    EXPECT_FALSE(h.w.mEditor->visorPropiedades);
+}
+
+// Dispose twice is harmless; afterwards the editor pointer is 0, lee is false, guarda is
+// true, and the other operations do nothing instead of failing.
+TEST(WrapDibujoCADMarco, disposeYGuardas)
+{
+    Anfitrion h;
+    EXPECT_NE(h.w.getEditorDibujoCPP(), 0);
+    h.w.Dispose();
+    h.w.Dispose();
+    EXPECT_EQ(h.w.getEditorDibujoCPP(), 0);
+    EXPECT_EQ(h.w.mDibujo, nullptr);
+    const std::string ruta = cad::prueba::rutaTemporal("dispuesto.tcad");
+    EXPECT_TRUE(h.w.guarda(ruta));
+    EXPECT_FALSE(cad::prueba::existeFichero(ruta));
+    EXPECT_FALSE(h.w.lee(ruta));
+    h.w.nuevoDocumento();
+    h.w.muestraModelos(false);
+    h.w.zoomExtension(1.0);
+    h.w.teclaPulsada(27, false, false, false);
+    EXPECT_EQ(h.w.numeroCapas(), 0);
+    EXPECT_EQ(h.w.capaActual(), "");
+    EXPECT_FALSE(h.w.nuevaCapa("A", true));
+    EXPECT_FALSE(h.w.hayCambios());
+    EXPECT_EQ(h.w.getFactorVertical(), 0.0);
+    cad::prueba::PantallaGrabadora p;
+    h.w.dibuja(&p);
+    EXPECT_TRUE(p.llamadas.empty());
+}
+
+// guarda reports true whatever happens, also into a folder that does not exist; lee gives
+// the kernel's result; salidaTexto reaches the host's own delegate, false without one.
+TEST(WrapDibujoCADMarco, ficherosYSalidaTexto)
+{
+    Anfitrion h;
+    const std::string sinCarpeta = cad::prueba::rutaTemporal("no-existe") + "/x.tcad";
+    EXPECT_TRUE(h.w.guarda(sinCarpeta));
+    EXPECT_FALSE(h.w.lee(sinCarpeta));
+    const std::string ruta = cad::prueba::rutaTemporal("facade.tcad");
+    EXPECT_TRUE(h.w.guarda(ruta));
+    EXPECT_TRUE(h.w.lee(ruta));
+    EXPECT_FALSE(h.w.salidaTexto("hola"));
+    h.w.setSalidaTexto(h.salida());
+    EXPECT_TRUE(h.w.salidaTexto("a\xC3\xB1o 1"));
+    EXPECT_EQ(h.textos, std::vector<std::string>{"a\xC3\xB1o 1"});
+}
+
+// Escape outside a command deselects every entity; other keys, or Escape inside a command,
+// leave the selection to the command.
+TEST(WrapDibujoCADTeclas, escapeDeselecciona)
+{
+    Anfitrion h;
+    auto* e = new MarcaPrueba;
+    h.w.mDibujo->nuevaEntidad(e);
+    h.w.mDibujo->selecciona(e);
+    h.w.teclaPulsada(13, false, false, false);
+    EXPECT_NE(e->estado, 0U);
+    h.w.mEditor->nivelComando = 1;
+    h.w.teclaPulsada(27, false, false, false);
+    EXPECT_NE(e->estado, 0U);
+    h.w.mEditor->nivelComando = 0;
+    h.w.teclaPulsada(27, false, false, false);
+    EXPECT_EQ(e->estado, 0U);
+}
+
+// Each visibility flag is the existence of a variable: hiding creates it with 1, showing
+// deletes it; both count as an edit and send update notice 0.
+TEST(WrapDibujoCADVisibilidad, banderasComoVariables)
+{
+    Anfitrion h;
+    h.w.setActualiza(h.w.mActualiza);
+    h.w.muestraModelos(false);
+    int32_t v = 0;
+    EXPECT_TRUE(h.w.getVariable("OCULTA_MODELOS", v));
+    EXPECT_EQ(v, 1);
+    EXPECT_FALSE(h.w.modelosVisibles());
+    EXPECT_TRUE(h.w.hayCambios());
+    EXPECT_EQ(h.avisos, std::vector<Tipo>{Tipo::kControl});
+    h.w.muestraModelos(true);
+    EXPECT_FALSE(h.w.mDibujo->existeVariable("OCULTA_MODELOS"));
+    EXPECT_TRUE(h.w.modelosVisibles());
+    h.w.muestraCamaras(false);
+    h.w.muestraPuntosControl(false);
+    h.w.muestraPlanoReferencia(false);
+    EXPECT_TRUE(h.w.mDibujo->existeVariable("OCULTA_CAMARAS"));
+    EXPECT_TRUE(h.w.mDibujo->existeVariable("OCULTA_PUNTOS_CONTROL"));
+    EXPECT_TRUE(h.w.mDibujo->existeVariable("OCULTA_PLANO_REFERENCIA"));
+    EXPECT_FALSE(h.w.camarasVisibles() || h.w.puntosControlVisibles() ||
+                 h.w.planoReferenciaVisible());
+}
+
+// The context menu placeholder calls the host's callback with the point and the items
+// "1", "2", "3"; with no callback set it does nothing.
+TEST(WrapDibujoCADVisibilidad, menuContexto)
+{
+    Anfitrion h;
+    h.w.muestraMenuContexto(1, 2);
+    std::string visto;
+    h.w.setMenuContexto([&visto](int32_t x, int32_t y, const std::vector<std::string>& e) {
+        visto = std::to_string(x) + "," + std::to_string(y);
+        for (const auto& s : e)
+        {
+            visto += " " + s;
+        }
+    });
+    h.w.muestraMenuContexto(40, 50);
+    EXPECT_EQ(visto, "40,50 1 2 3");
+}
+
+// Layers through the facade: a new current layer, a UTF-8 name read back byte for byte and
+// made current by existeCapa, and the layer colour set and read by components.
+TEST(WrapDibujoCADCapas, capasPorLaFachada)
+{
+    Anfitrion h;
+    EXPECT_TRUE(h.w.nuevaCapa("Ejes", true));
+    EXPECT_EQ(h.w.capaActual(), "Ejes");
+    EXPECT_FALSE(h.w.nuevaCapa("Ejes", false));
+    const std::string acentos = "V\xC3\xAD" "a \xC3\xB1" "and\xC3\xBA";
+    EXPECT_TRUE(h.w.nuevaCapa(acentos, false));
+    EXPECT_EQ(h.w.capa(2), acentos);
+    EXPECT_TRUE(h.w.existeCapa(acentos, true));
+    EXPECT_EQ(h.w.capaActual(), acentos);
+    EXPECT_TRUE(h.w.colorCapa("Ejes", 10, 20, 30));
+    int32_t c[3] = {0, 0, 0};
+    EXPECT_TRUE(h.w.getColorCapa("Ejes", c[0], c[1], c[2]));
+    EXPECT_EQ((std::vector<int32_t>(c, c + 3)), (std::vector<int32_t>{10, 20, 30}));
+    EXPECT_EQ(h.w.getColorCapa("Nada"), 0xFFFFFFFFU);
+}
+
+// Colours: the current colour by components reads back the same as a true colour;
+// getColorIndice gives palette bytes and refuses indices outside 0..511.
+TEST(WrapDibujoCADColores, colorActualEIndice)
+{
+    Anfitrion h;
+    int32_t c[3] = {0, 0, 0};
+    const auto leido = [&c] { return std::vector<int32_t>(c, c + 3); };
+    h.w.setColorActualRGB(1, 2, 3);
+    EXPECT_TRUE(h.w.getColorActualRGB(c[0], c[1], c[2]));
+    EXPECT_EQ(leido(), (std::vector<int32_t>{1, 2, 3}));
+    EXPECT_EQ(h.w.mDibujo->colorActual.colorCAD, 512);
+    EXPECT_TRUE(h.w.getColorIndice(1, c[0], c[1], c[2]));
+    EXPECT_EQ(leido(), (std::vector<int32_t>{255, 0, 0}));
+    EXPECT_TRUE(h.w.getColorIndice(250, c[0], c[1], c[2]));
+    EXPECT_EQ(leido(), (std::vector<int32_t>{0x33, 0x33, 0x33}));
+    EXPECT_FALSE(h.w.getColorIndice(512, c[0], c[1], c[2]));
+    EXPECT_FALSE(h.w.getColorIndice(-1, c[0], c[1], c[2]));
+}
+
+// Configuration: a colour set by components is stored opaque as a true colour and read
+// back, a value likewise; both setters count as an edit of the drawing.
+TEST(WrapDibujoCADColores, configuracion)
+{
+    auto& conf = cad::Configuracion::instancia();
+    const cad::Color cursorAntes = conf.color(cad::Configuracion::kCursor);
+    const int ventanaAntes = conf.valor(cad::Configuracion::kVentanaReferencia);
+    Anfitrion h;
+    h.w.setColorConfiguracion(WrapDibujoCAD::colorElemento::kCursor, 10, 20, 30);
+    const cad::Color guardado = conf.color(cad::Configuracion::kCursor);
+    int32_t c[3] = {0, 0, 0};
+    h.w.getColorConfiguracion(WrapDibujoCAD::colorElemento::kCursor, c[0], c[1], c[2]);
+    const bool cambios = h.w.hayCambios();
+    h.w.borraMarcaCambios();
+    h.w.setValorConfiguracion(WrapDibujoCAD::valorElemento::kVentanaReferencia, 9);
+    const int ventana = h.w.getValorConfiguracion(WrapDibujoCAD::valorElemento::kVentanaReferencia);
+    EXPECT_TRUE(cambios && h.w.hayCambios());
+    conf.setColor(cad::Configuracion::kCursor, cursorAntes);
+    conf.setValor(cad::Configuracion::kVentanaReferencia, ventanaAntes);
+    EXPECT_EQ((std::vector<int32_t>(c, c + 3)), (std::vector<int32_t>{10, 20, 30}));
+    EXPECT_EQ(guardado.colorCAD, 512);
+    EXPECT_EQ(guardado.alfa(), 255);
+    EXPECT_EQ(ventana, 9);
+}
+
+}  // namespace

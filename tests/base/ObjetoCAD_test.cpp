@@ -127,8 +127,9 @@ TEST(ObjetoCAD, ColaDesconocidaSeConservaYVuelveAlFinalDelBloque)
 // more than its 4 body bytes keeps just those 4 and reads on successfully.
 TEST(ObjetoCAD, ColaUsaLos32BitsBajosDeRestante)
 {
-    Bytes b{'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 'i', 'j', 'k', 'l', 'm', 'n', 'o', 0};
-    b.insert(b.end(), {0x0C, 0, 0, 0, 0x01, 0, 0, 0, 1, 2, 3, 4});  // 2^32 + 12
+    const Bytes b{'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 'i', 'j', 'k', 'l', 'm', 'n', 'o', 0,
+                  0x0C, 0, 0, 0, 0x01, 0, 0, 0,  // length 2^32 + 12
+                  1, 2, 3, 4};
     const std::string ruta = cad::prueba::rutaTemporal("cola64.bin");
     cad::prueba::escribeFichero(ruta, b);
     SerializadorBinarioLectura r(ruta);

@@ -59,10 +59,11 @@ Bytes concatena(std::initializer_list<Bytes> partes)
     return r;
 }
 
+// A tag's bytes on the wire, terminator included.
 Bytes texto(const char* s)
 {
     return Bytes(s, s + std::strlen(s) + 1);
-}  // with terminator
+}
 
 using Bloque = std::unique_ptr<BloqueSerializacion>;
 

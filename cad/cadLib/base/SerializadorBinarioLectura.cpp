@@ -11,7 +11,13 @@ BloqueSerializacionBL::BloqueSerializacionBL(SerializadorBinarioLectura& r, int 
     : lector(r), tipoBloque(tipo)
 {
     int ultimo = 3;
-    if (lector.leeBytes(etiqueta, 4) && etiqueta[3] != '\0')
+    const bool leida = lector.leeBytes(etiqueta, 4);
+    if (!leida)
+    {
+        // A short read may have filled part of the tag: a cut header must not pass for it.
+        std::memset(etiqueta, 0, sizeof etiqueta);
+    }
+    else if (etiqueta[3] != '\0')
     {
         // The tag's length is unknown: 2 more bytes while the last is not zero. The buffer
         // bounds the loop, so a file without a terminator cannot run past it.
@@ -232,11 +238,19 @@ bool SerializadorBinarioLectura::leeCadena(std::string& s)
     {
         return false;
     }
-    s.assign(longitud, '\0');
     if (longitud == 0)
     {
+        s.clear();
         return true;
     }
+    // A damaged file may claim more than it holds: fail at its end without sizing for it.
+    if (longitud > bytesDisponibles())
+    {
+        s.clear();
+        situa(tamanoFichero);
+        return false;
+    }
+    s.assign(longitud, '\0');
     const bool ok = leeBytes(s.data(), longitud);
     const size_t cero = s.find('\0');
     if (cero != std::string::npos)

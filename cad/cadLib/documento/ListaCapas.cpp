@@ -9,7 +9,10 @@
 namespace cad
 {
 
-ListaCapas::~ListaCapas() { vacia(); }
+ListaCapas::~ListaCapas()
+{
+    vacia();
+}
 
 void ListaCapas::vacia()
 {

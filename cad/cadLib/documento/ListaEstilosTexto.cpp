@@ -9,7 +9,10 @@
 namespace cad
 {
 
-ListaEstilosTexto::~ListaEstilosTexto() { vacia(); }
+ListaEstilosTexto::~ListaEstilosTexto()
+{
+    vacia();
+}
 
 void ListaEstilosTexto::vacia()
 {

@@ -9,7 +9,10 @@
 namespace cad
 {
 
-ListaMateriales::~ListaMateriales() { vacia(); }
+ListaMateriales::~ListaMateriales()
+{
+    vacia();
+}
 
 void ListaMateriales::vacia()
 {

@@ -73,7 +73,10 @@ bool tomaValor(const ListaVariables& lista, const std::string& nombre, T& valor)
 
 }  // namespace
 
-ListaVariables::~ListaVariables() { vacia(); }
+ListaVariables::~ListaVariables()
+{
+    vacia();
+}
 
 void ListaVariables::vacia()
 {

@@ -9,7 +9,10 @@
 namespace cad
 {
 
-ListaVistas::~ListaVistas() { vacia(); }
+ListaVistas::~ListaVistas()
+{
+    vacia();
+}
 
 void ListaVistas::vacia()
 {

@@ -70,7 +70,10 @@ void Material::setComponentes(const Vector3D<float>& a, const Vector3D<float>& b
     componentes[2] = c;
 }
 
-Material* Material::clona() const { return new Material(*this); }
+Material* Material::clona() const
+{
+    return new Material(*this);
+}
 
 bool Material::operator==(const Material& otro) const
 {

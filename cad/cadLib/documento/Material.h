@@ -48,11 +48,11 @@ public:
     // Same texture, colour and shine; the ids and the components do not count.
     bool operator==(const Material& otro) const;
 
-    int32_t idExterno = 0;      // the host's id
-    int16_t id;                 // the kernel's id, see above
-    std::string textura_;       // image path; empty means none
+    int32_t idExterno = 0;  // the host's id
+    int16_t id;             // the kernel's id, see above
+    std::string textura_;   // image path; empty means none
     uint32_t color_ = 0xFFFFFFFF;
-    float brillo_ = 1.0F;       // between 0.0 and 1.0
+    float brillo_ = 1.0F;            // between 0.0 and 1.0
     Vector3D<float> componentes[3];  // colour components for OBJ input; not persisted
 };
 

@@ -7,9 +7,15 @@
 namespace cad
 {
 
-void VariableBase::escribe(SerializadorEscrituraBase& w) { w.escribeLongitud64(id); }
+void VariableBase::escribe(SerializadorEscrituraBase& w)
+{
+    w.escribeLongitud64(id);
+}
 
-bool VariableBase::lee(SerializadorLecturaBase& r) { return r.leeLongitud64(id); }
+bool VariableBase::lee(SerializadorLecturaBase& r)
+{
+    return r.leeLongitud64(id);
+}
 
 void VariableInt::escribe(SerializadorEscrituraBase& w)
 {

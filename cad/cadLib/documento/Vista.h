@@ -26,15 +26,15 @@ public:
     bool lee(SerializadorLecturaBase& r) override;
 
     std::string nombre;
-    Punto3<double> referencia;                 // a point the display gives back
-    Punto3<double> posicion{0.0, 0.0, 1.0};    // camera
-    Punto3<double> objetivo{0.0, 0.0, 0.0};    // target
-    Vector3D<double> direccion;                // view direction
-    Vector3D<double> arriba{0.0, 0.0, 1.0};    // up
+    Punto3<double> referencia;               // a point the display gives back
+    Punto3<double> posicion{0.0, 0.0, 1.0};  // camera
+    Punto3<double> objetivo{0.0, 0.0, 0.0};  // target
+    Vector3D<double> direccion;              // view direction
+    Vector3D<double> arriba{0.0, 0.0, 1.0};  // up
     double zoom = 1.0;
     double angulo = 0.0;
-    Matriz4<double> matriz;                    // projection, identity until the display sets it
-    double ancho = 0.0;                        // viewport size in pixels
+    Matriz4<double> matriz;  // projection, identity until the display sets it
+    double ancho = 0.0;      // viewport size in pixels
     double alto = 0.0;
 };
 

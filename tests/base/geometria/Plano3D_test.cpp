@@ -68,11 +68,14 @@ TEST(Plano3D, OrdenDelNumerador)
     EXPECT_EQ(punto, P(1e16, 1, -1));
 }
 
-// proyecta drops the perpendicular; a plane without a usable normal (all zero, or whose
-// length is under the threshold) projects every point to the origin.
+// proyecta drops the perpendicular along the unit normal, so a short (a, b, c) of 2^-14 still
+// projects; a plane without a usable normal (all zero, or whose length is under the
+// threshold) projects every point to the origin.
 TEST(Plano3D, Proyecta)
 {
     EXPECT_EQ(Plano3D<double>(0, 0, 2, -6).proyecta(P(1, 2, 5)), P(1, 2, 3));
+    const double e = std::ldexp(1.0, -14);
+    EXPECT_EQ(Plano3D<double>(0, 0, e, -3 * e).proyecta(P(1, 2, 5)), P(1, 2, 3));
     EXPECT_EQ(Plano3D<double>().proyecta(P(1, 2, 5)), P(0, 0, 0));
     EXPECT_EQ(Plano3D<double>(0, 0, 1e-8, -1e-8).proyecta(P(1, 2, 5)), P(0, 0, 0));
 }

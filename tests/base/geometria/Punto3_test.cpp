@@ -6,7 +6,6 @@
 #include "base/geometria/Punto3.h"
 
 using cad::Punto3;
-using cad::Vector3D;
 
 // Equality is exact: one ulp apart in any coordinate is a different point, and invalido is
 // the largest finite double on all three axes, unequal to a point that shares only two.
@@ -18,16 +17,6 @@ TEST(Punto3, IgualdadExactaEInvalido)
     const double m = std::numeric_limits<double>::max();
     EXPECT_EQ(cad::invalido, Punto3<double>(m, m, m));
     EXPECT_NE(cad::invalido, Punto3<double>(m, m, 0.0));
-}
-
-// Array construction and assignment map element 0, 1, 2 to x, y, z; negation flips all three.
-TEST(Punto3, ArregloYNegacion)
-{
-    const double v[3] = {4.0, -5.0, 6.0};
-    Punto3<double> p;
-    p = v;
-    EXPECT_EQ(p, Punto3<double>(v));
-    EXPECT_EQ(-p, Punto3<double>(-4.0, 5.0, -6.0));
 }
 
 // distanciaCuadrado sums x, y, z in that order; the values are chosen so that another order
@@ -51,15 +40,4 @@ TEST(Punto3, PuntoMedioSumaYMitad)
     ASSERT_NE((a + b) * 0.5, a + (b - a) * 0.5);
     const auto m = Punto3<double>::puntoMedio({a, 1, -2}, {b, 3, 2});
     EXPECT_EQ(m, Punto3<double>((a + b) * 0.5, 2.0, 0.0));
-}
-
-// Point minus point is the vector from the second to the first; adding it back restores the
-// first point.
-TEST(Punto3, RestaDaVectorYSumaLoDevuelve)
-{
-    const Punto3<double> p(5, 7, -1);
-    const Punto3<double> q(2, 3, 4);
-    const Vector3D<double> v = p - q;
-    EXPECT_EQ(v, Vector3D<double>(3, 4, -5));
-    EXPECT_EQ(q + v, p);
 }

@@ -15,7 +15,8 @@ TEST(Rect3, ValidezYNaN)
     EXPECT_TRUE(R(P(1, 1, 1), P(1, 1, 1)).esValido());
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_FALSE(R(P(0, 0, 0), P(1, 1, nan)).esValido());
-    EXPECT_FALSE(R(P(0, nan, 0), P(1, 1, 1)).esValido());
+    EXPECT_FALSE(R(P(nan, 0, 0), P(1, 1, 1)).esValido());
+    EXPECT_FALSE(R(P(0, 0, 0), P(1, nan, 1)).esValido());
 }
 
 // The first amplia on an empty box gives a zero-size box at the point, not one reaching back

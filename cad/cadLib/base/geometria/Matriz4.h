@@ -76,7 +76,7 @@ struct Matriz4
         return {*this * o.col[0], *this * o.col[1], *this * o.col[2], *this * o.col[3]};
     }
 
-    // Transforms a point taken with w = 1. The fourth row is ignored: there is no perspective
+    // Transforms a point taken with w = 1. The fourth row is ignored: there is no projective
     // division, so only affine matrices give meaningful results here.
     constexpr Punto3<T> operator*(const Punto3<T>& p) const
     {
