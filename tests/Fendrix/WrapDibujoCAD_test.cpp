@@ -300,3 +300,42 @@ TEST(WrapDibujoCADColores, configuracion)
 }
 
 }  // namespace
+
+// A new document as the host sees it through the facade: no changes to save, the layer "0"
+// in white (index 7), the default material (id 1, shine clamped to 1.0), the style
+// "standar" current, and the six default variables in their order.
+TEST(WrapDibujoCADDocumento, nuevoDocumentoVistoDesdeLaFachada)
+{
+    Fendrix::WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    EXPECT_FALSE(w.hayCambios());
+    ASSERT_EQ(w.numeroCapas(), 1);
+    EXPECT_EQ(w.capa(0), "0");
+    EXPECT_EQ(w.capaActual(), "0");
+    EXPECT_EQ(w.mDibujo->buscaCapa("0")->color.colorCAD, 7);
+    EXPECT_EQ(w.getColorCapa("0"), 0xFFFFFFFFU);
+    ASSERT_EQ(w.numeroMateriales(), 1);
+    int32_t id = 0;
+    int32_t externo = 0;
+    uint32_t color = 0;
+    double brillo = 0.0;
+    std::string textura = "x";
+    ASSERT_TRUE(w.getMaterial(0, id, externo, color, brillo, textura));
+    EXPECT_EQ(id, 1);
+    EXPECT_EQ(externo, 1);
+    EXPECT_EQ(color, 0xFFFFFFFFU);
+    EXPECT_EQ(brillo, 1.0);
+    EXPECT_EQ(textura, "");
+    EXPECT_TRUE(w.existeEstiloTexto("standar", false));
+    EXPECT_EQ(w.mDibujo->estiloTextoActual()->nombre, "standar");
+    std::vector<std::string> nombres;
+    for (const cad::VariableBase* v : w.mDibujo->variables)
+    {
+        nombres.push_back(v->nombre);
+    }
+    EXPECT_EQ(nombres, (std::vector<std::string>{"clayer", "cecolor", "orgplref", "normplref",
+                                                 "cview", "textstyle"}));
+    std::string valor;
+    ASSERT_TRUE(w.getVariable("cecolor", valor));
+    EXPECT_EQ(valor, "256");
+}
