@@ -7,6 +7,7 @@
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
+#include "intercambio/ExportaDXF.h"
 #include "pantalla/PantallaCAD.h"
 
 namespace Fendrix
@@ -450,6 +451,24 @@ bool WrapDibujoCAD::guarda(const std::string& fichero)
         const constCharPtr ruta(fichero);
         mEditor->guardaDocumento(ruta.c_str());
     }
+    return true;
+}
+
+bool WrapDibujoCAD::exportaDXF(const std::string& fichero)
+{
+    if (mDibujo == nullptr)
+    {
+        return false;
+    }
+    const constCharPtr ruta(fichero);
+    cad::ExportaDXF dxf(ruta.c_str());
+    mDibujo->inicializaDocumentoDXF(dxf);
+    mDibujo->exportaDocumentoDFX(dxf);
+    if (mPantalla != nullptr)
+    {
+        mPantalla->es2D();  // the display's state is asked for; nothing of it is written
+    }
+    mDibujo->finalizaDocumentoDXF(dxf);
     return true;
 }
 

@@ -243,6 +243,8 @@ public:
     bool lee(const std::string& fichero);
     // True whatever happens, as the kernel's save reports nothing.
     bool guarda(const std::string& fichero);
+    // Writes the drawing as an "AC1009" DXF file; false with no drawing.
+    bool exportaDXF(const std::string& fichero);
 
     // --- editor state ---------------------------------------------------------------
     bool dentroComandoInteractivo();

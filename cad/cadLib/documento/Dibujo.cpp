@@ -14,6 +14,7 @@
 #include "base/SerializadorLecturaBase.h"
 #include "documento/Variables.h"
 #include "entidades/Entidad.h"
+#include "intercambio/ExportaDXF.h"
 #include "pantalla/PantallaCAD.h"
 
 namespace cad
@@ -1030,6 +1031,29 @@ bool Dibujo::dibuja(PantallaCAD& p)
     lock.unlock();
     return r;
 }
+
+// ---------------------------------------------------------------------------------------
+// DXF output
+
+void Dibujo::inicializaDocumentoDXF(ExportaDXF& dxf)
+{
+    for (const Capa* c : capas)
+    {
+        dxf.nuevaCapaRGBA(c->nombre, c->color);
+    }
+    dxf.inicioEntidades();
+}
+
+bool Dibujo::exportaDocumentoDFX(ExportaDXF& dxf)
+{
+    for (const Entidad* e : entidades)
+    {
+        e->exportaDXF(dxf);
+    }
+    return true;
+}
+
+void Dibujo::finalizaDocumentoDXF(ExportaDXF& dxf) { dxf.finEntidades(); }
 
 // ---------------------------------------------------------------------------------------
 // The document file

@@ -30,6 +30,7 @@ namespace cad
 {
 
 class Entidad;
+class ExportaDXF;
 class PantallaCAD;
 
 // Works without an editor; the editor adds interaction and undo on top. Usable only after
@@ -154,6 +155,13 @@ public:
     bool dibuja(PantallaCAD& p);
     void finEntidades(PantallaCAD& p);
     void finDibujo(PantallaCAD& p);
+
+    // --- DXF output -----------------------------------------------------------------
+    // Adds every layer with its colour index, then opens the ENTITIES section.
+    void inicializaDocumentoDXF(ExportaDXF& dxf);
+    // Each entity writes its records, in list order.
+    bool exportaDocumentoDFX(ExportaDXF& dxf);
+    void finalizaDocumentoDXF(ExportaDXF& dxf);
 
     // --- snap settings ---------------------------------------------------------------
     void setReferenciaEntidades(bool global, int32_t mascara);

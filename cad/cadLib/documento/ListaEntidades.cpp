@@ -1,9 +1,11 @@
 #include "documento/ListaEntidades.h"
 
+#include <cstring>
 #include <memory>
 
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
+#include "entidades/EntidadDesconocida.h"
 
 namespace cad
 {
@@ -19,13 +21,35 @@ void ListaEntidades::vacia()
     clear();
 }
 
+Entidad* ListaEntidades::creaEntidad(const char* tag)
+{
+    return new EntidadDesconocida(tag);
+}
+
+void ListaEntidades::extension(Rect3<double>& caja) const
+{
+    caja = Rect3<double>(Punto3<double>(1, 1, 1), Punto3<double>(0, 0, 0));
+    for (const Entidad* e : *this)
+    {
+        const Rect3<double> r = e->extension();
+        if (!r.esValido())
+        {
+            continue;
+        }
+        caja.amplia(r.minimo);
+        caja.amplia(r.maximo);
+    }
+}
+
 void ListaEntidades::escribe(SerializadorEscrituraBase& w)
 {
     std::unique_ptr<BloqueSerializacion> bloque(w.nuevoBloque64(etiqueta()));
     w.escribeLongitud64(size());
     for (Entidad* e : *this)
     {
+        std::unique_ptr<BloqueSerializacion> propio(w.nuevoBloque(e->etiqueta(), e->tamanoBloque()));
         e->escribe(w);
+        e->escribeDatosDesconocidos(w);
     }
     escribeDatosDesconocidos(w);
 }
@@ -45,7 +69,27 @@ bool ListaEntidades::lee(SerializadorLecturaBase& r)
         delete bloque;
         return false;
     }
-    // Entities of a kind this build does not make stay in the block's tail, which is kept.
+    // The count comes from the file: the loop also ends when no bytes are left, so a lying
+    // count cannot spin; in a sound file every entity is read before that.
+    for (uint64_t i = 0; i < cuenta && static_cast<int64_t>(cuenta) > 0; ++i)
+    {
+        if (r.bytesDisponibles() == 0)
+        {
+            break;
+        }
+        BloqueSerializacion* propio = r.leeBloque();
+        char tag[20];
+        propio->tipo(tag);
+        std::unique_ptr<Entidad> e(creaEntidad(tag));
+        if (!e->lee(r))
+        {
+            // Dropped; the next block is looked for where the reader stopped.
+            delete propio;
+            continue;
+        }
+        e->finLectura(r, propio);
+        push_back(e.release());
+    }
     return finLectura(r, bloque);
 }
 

@@ -1,9 +1,10 @@
-// The drawing's entities in insertion order; the list owns them.
+// The drawing's entities in insertion order (the painting order); the list owns them.
 #pragma once
 
 #include <vector>
 
 #include "base/ObjetoCAD.h"
+#include "base/geometria/Rect3.h"
 #include "entidades/Entidad.h"
 
 namespace cad
@@ -18,10 +19,16 @@ public:
     ~ListaEntidades() override;
 
     const char* etiqueta() const override { return "Entid.1"; }
-    // Block "Entid.1" (u64 length): u64 count, then one block per entity.
+    // Block "Entid.1" (u64 length): u64 count, then one block per entity, tagged by the
+    // entity and as wide as its tamanoBloque says.
     void escribe(SerializadorEscrituraBase& w) override;
+    // A broken entity is dropped, and the next block is looked for where the reader stopped.
     bool lee(SerializadorLecturaBase& r) override;
 
+    // Makes the class of a file tag; an unknown tag gives an EntidadDesconocida. Never null.
+    static Entidad* creaEntidad(const char* tag);
+    // Merges the boxes of all entities into `caja`, from an empty box (1,1,1)-(0,0,0).
+    void extension(Rect3<double>& caja) const;
     // Deletes every entity and empties the list.
     void vacia();
 };

@@ -1,0 +1,1 @@
+// Placeholder until the writer is written.
