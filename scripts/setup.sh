@@ -3,7 +3,8 @@
 # Idempotent: packages already present are left alone, and apt is not touched at all then.
 set -euo pipefail
 
-paquetes=(cmake ninja-build g++ make libgtest-dev libgmock-dev libbenchmark-dev python3)
+paquetes=(cmake ninja-build g++ make libgtest-dev libgmock-dev libbenchmark-dev python3
+    clang libclang-rt-14-dev python3-ezdxf)
 faltan=()
 for p in "${paquetes[@]}"; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

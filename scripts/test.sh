@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs every test: the optimised build, then the AddressSanitizer + UBSan build.
+# Builds and runs every test: the optimised build, then the AddressSanitizer + UBSan build,
+# then a minute of fuzzing of the document reader.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,3 +12,6 @@ for preset in default asan; do
     cmake --build --preset "${preset}"
     ctest --preset "${preset}" -j 2
 done
+
+echo "=== fuzz: the document reader, 60 s ==="
+./scripts/fuzz.sh 60

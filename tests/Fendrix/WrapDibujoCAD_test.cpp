@@ -1,17 +1,20 @@
 // The drawing facade: callback wiring, lifecycle, guards, keys, layers, colours,
 // configuration and the visibility flags kept as variables.
+#include "Fendrix/WrapDibujoCAD.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "Fendrix/WrapDibujoCAD.h"
 #include "Fendrix/WrapPantallaCAD.h"
 #include "base/Configuracion.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
+#include "entidades/SistemaLocal.h"
+#include "soporte/EntidadPrueba.h"
 #include "soporte/FicheroTemporal.h"
 #include "soporte/PantallaGrabadora.h"
 
@@ -23,7 +26,7 @@ using Fendrix::WrapPantallaCAD;
 using Tipo = WrapDibujoCAD::tipoActualizacion;
 using cad::EditorDibujo;
 
-class MarcaPrueba : public cad::Entidad
+class MarcaPrueba : public cad::prueba::EntidadPrueba
 {
 public:
     const char* etiqueta() const override { return "tM1"; }
@@ -108,8 +111,8 @@ TEST(WrapDibujoCADMarco, delegadosNulosSilencianYLosReactoresPermiten)
     ASSERT_TRUE(h.w.mEditor->reactorEdicionEntidades);
     EXPECT_TRUE(h.w.mEditor->reactorEdicionEntidades(0, EditorDibujo::kInsertar, 1, 2, 3, 4));
     EXPECT_TRUE(h.w.mEditor->reactorInsercionEntidades(0, EditorDibujo::kEntidadInsertada));
-    EXPECT_TRUE(h.w.ejecutaReactorEdicion(0, WrapDibujoCAD::tipoEdicionEntidades::kBorrar, 0,
-                                          0, 0, 0));
+    EXPECT_TRUE(
+        h.w.ejecutaReactorEdicion(0, WrapDibujoCAD::tipoEdicionEntidades::kBorrar, 0, 0, 0, 0));
 }
 
 // The property-viewer wrapper is made once: a viewer set before setPantalla never reaches
@@ -224,13 +227,15 @@ TEST(WrapDibujoCADVisibilidad, menuContexto)
     Anfitrion h;
     h.w.muestraMenuContexto(1, 2);
     std::string visto;
-    h.w.setMenuContexto([&visto](int32_t x, int32_t y, const std::vector<std::string>& e) {
-        visto = std::to_string(x) + "," + std::to_string(y);
-        for (const auto& s : e)
+    h.w.setMenuContexto(
+        [&visto](int32_t x, int32_t y, const std::vector<std::string>& e)
         {
-            visto += " " + s;
-        }
-    });
+            visto = std::to_string(x) + "," + std::to_string(y);
+            for (const auto& s : e)
+            {
+                visto += " " + s;
+            }
+        });
     h.w.muestraMenuContexto(40, 50);
     EXPECT_EQ(visto, "40,50 1 2 3");
 }
@@ -243,7 +248,10 @@ TEST(WrapDibujoCADCapas, capasPorLaFachada)
     EXPECT_TRUE(h.w.nuevaCapa("Ejes", true));
     EXPECT_EQ(h.w.capaActual(), "Ejes");
     EXPECT_FALSE(h.w.nuevaCapa("Ejes", false));
-    const std::string acentos = "V\xC3\xAD" "a \xC3\xB1" "and\xC3\xBA";
+    const std::string acentos =
+        "V\xC3\xAD"
+        "a \xC3\xB1"
+        "and\xC3\xBA";
     EXPECT_TRUE(h.w.nuevaCapa(acentos, false));
     EXPECT_EQ(h.w.capa(2), acentos);
     EXPECT_TRUE(h.w.existeCapa(acentos, true));
@@ -338,4 +346,87 @@ TEST(WrapDibujoCADDocumento, nuevoDocumentoVistoDesdeLaFachada)
     std::string valor;
     ASSERT_TRUE(w.getVariable("cecolor", valor));
     EXPECT_EQ(valor, "256");
+}
+
+// Creation and queries through the facade: each creation gives the new entity's handle,
+// which names it until it is deleted; getVertices gives three doubles per defining point,
+// longitud answers for a polyline alone, and a deleted handle is refused afterwards.
+TEST(WrapDibujoCADEntidades, creacionYConsultasPorHandle)
+{
+    Fendrix::WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    const int64_t punto = w.nuevoPunto(1.0, 2.0, 3.0);
+    const int64_t linea = w.nuevaLinea(0.0, 0.0, 0.0, 3.0, 4.0, 0.0);
+    const double coordenadas[] = {0.0, 0.0, 0.0, 3.0, 0.0, 0.0, 3.0, 4.0, 0.0};
+    const int64_t polilinea = w.nuevaPolilinea(3, coordenadas);
+    const int64_t poligono = w.nuevoPoligono(3, coordenadas);
+    ASSERT_NE(punto, 0);
+    EXPECT_EQ(w.ultimaEntidadCreada(), poligono);
+
+    std::vector<int64_t> handles;
+    EXPECT_EQ(w.getEntidades(handles), 4);
+    EXPECT_EQ(handles, (std::vector<int64_t>{punto, linea, polilinea, poligono}));
+
+    std::vector<double> vertices;
+    EXPECT_EQ(w.getVertices(linea, vertices), 6);
+    EXPECT_EQ(vertices, (std::vector<double>{0.0, 0.0, 0.0, 3.0, 4.0, 0.0}));
+    EXPECT_EQ(w.longitud(polilinea), 7.0);  // open: 3 + 4
+    EXPECT_EQ(w.longitud(poligono), 0.0);   // same tag, but no polyline
+    EXPECT_EQ(w.longitud(linea), 0.0);
+
+    EXPECT_TRUE(w.seleccionaEntidad(linea));
+    EXPECT_EQ(w.getEntidadesSeleccionadas(handles), 1);
+    EXPECT_EQ(handles.front(), linea);
+    w.teclaPulsada(27, false, false, false);  // Escape outside a command deselects
+    EXPECT_EQ(w.getEntidadesSeleccionadas(handles), 0);
+
+    EXPECT_TRUE(w.borraEntidad(punto));
+    EXPECT_FALSE(w.borraEntidad(punto));
+    EXPECT_EQ(w.getVertices(punto, vertices), 0);
+    EXPECT_TRUE(vertices.empty());
+    EXPECT_EQ(w.getEntidades(handles), 3);
+}
+
+// The insertion reactor's veto refuses the entity: no handle, nothing added, and the
+// refused object does not leak (checked by the sanitizer build).
+TEST(WrapDibujoCADEntidades, vetoDelReactorDeInsercion)
+{
+    Fendrix::WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    int ofrecidas = 0;
+    w.setReactorInsercion(
+        [&ofrecidas](int64_t, Fendrix::WrapDibujoCAD::tipoInsercionEntidades t)
+        {
+            ++ofrecidas;
+            return t != Fendrix::WrapDibujoCAD::tipoInsercionEntidades::kEntidadInsertada;
+        });
+    EXPECT_EQ(w.nuevoPunto(1.0, 1.0, 1.0), 0);
+    EXPECT_EQ(ofrecidas, 1);
+    std::vector<int64_t> handles;
+    EXPECT_EQ(w.getEntidades(handles), 0);
+}
+
+// Local systems are entities found by name: created through the facade, listed, moved by
+// their origin and deleted.
+TEST(WrapDibujoCADEntidades, sistemasLocalesPorNombre)
+{
+    Fendrix::WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    EXPECT_EQ(w.nuevoSistemaLocal("Obra", {1.0, 2.0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}), 0);
+    ASSERT_NE(w.nuevoSistemaLocal("Obra", {10.0, 20.0, 0.0}, {0, 2, 0}, {-2, 0, 0}, {0, 0, 2}), 0);
+    w.nuevoPunto(0.0, 0.0, 0.0);
+    ASSERT_NE(w.nuevoSistemaLocal("Eje", {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}), 0);
+    EXPECT_EQ(w.numeroSistemasLocales(), 2);
+    EXPECT_EQ(w.nombreSistemaLocal(0), "Obra");
+    EXPECT_EQ(w.nombreSistemaLocal(1), "Eje");
+    EXPECT_EQ(w.nombreSistemaLocal(2), "");
+    const cad::SistemaLocal* obra = w.mDibujo->sistemaLocal("Obra");
+    ASSERT_NE(obra, nullptr);
+    EXPECT_EQ(obra->ejeX.y, 1.0);  // axes are made unit
+    EXPECT_TRUE(w.setOrigenSistemaLocal("Obra", 5.0, 6.0, 7.0));
+    EXPECT_EQ(obra->origen, cad::Punto3<double>(5.0, 6.0, 7.0));
+    EXPECT_FALSE(w.setOrigenSistemaLocal("Nada", 0, 0, 0));
+    EXPECT_TRUE(w.borraSistemaLocal("Obra"));
+    EXPECT_FALSE(w.existeSistemaLocal("Obra"));
+    EXPECT_TRUE(w.existeSistemaLocal("Eje"));
 }

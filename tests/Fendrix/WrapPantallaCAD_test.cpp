@@ -11,6 +11,7 @@
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
+#include "soporte/EntidadPrueba.h"
 #include "soporte/PantallaGrabadora.h"
 
 namespace
@@ -21,7 +22,7 @@ using Fendrix::WrapPantallaCAD;
 using cad::prueba::PantallaGrabadora;
 using Lineas = std::vector<std::string>;
 
-class Punto : public cad::Entidad
+class Punto : public cad::prueba::EntidadPrueba
 {
 public:
     explicit Punto(const cad::Punto3<double>& p) : q(p) {}

@@ -13,6 +13,7 @@
 #include "base/SerializadorBinarioLectura.h"
 #include "documento/EstiloLinea.h"
 #include "documento/ListaCapas.h"
+#include "pantalla/PantallaCAD.h"
 #include "soporte/FicheroTemporal.h"
 
 namespace
@@ -73,7 +74,7 @@ TEST(ListaCapas, BytesExactosYVuelta)
     lista.push_back(new cad::Capa("Eje", cad::ColorCapa(1), 2));
     lista[0]->id = 0x0807060504030201ULL;
     lista[0]->estiloLinea.grosor = 0.5;
-    lista[0]->estiloLinea.patron = cad::kLineaPuntos;
+    lista[0]->estiloLinea.patron = cad::PantallaCAD::kLineaPuntos;
     lista.push_back(new cad::Capa("0", cad::ColorCapa(7), 1));
     const Bytes bytes = escribe(lista);
     ASSERT_EQ(bytes, kCabecera + kEje + kCero);
@@ -179,13 +180,13 @@ TEST(EstiloLinea, CuerpoSinPorCapa)
     cad::EstiloLineaEntidad escrito;
     escrito.porCapa = false;
     escrito.grosor = 2.0;
-    escrito.patron = cad::kLineaDiscontinua;
+    escrito.patron = cad::PantallaCAD::kLineaDiscontinua;
     const Bytes bytes = escribe(escrito);
     EXPECT_EQ(bytes, (Bytes{0, 0, 0, 0, 0, 0, 0, 0x40, 0xF0, 0xF0}));
     cad::EstiloLineaEntidad entidad;
     ASSERT_TRUE(lee(bytes, entidad));
     EXPECT_TRUE(entidad.porCapa);
-    EXPECT_EQ(entidad.patron, cad::kLineaDiscontinua);
+    EXPECT_EQ(entidad.patron, cad::PantallaCAD::kLineaDiscontinua);
     cad::EstiloLineaCapa capa;
     ASSERT_TRUE(lee(bytes, capa));
     EXPECT_FALSE(capa.porCapa);

@@ -14,6 +14,7 @@
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
+#include "soporte/EntidadPrueba.h"
 #include "soporte/FicheroTemporal.h"
 #include "soporte/PantallaGrabadora.h"
 
@@ -31,7 +32,7 @@ using cad::prueba::PantallaGrabadora;
 using Lineas = std::vector<std::string>;
 
 // A point whose box is itself; it paints one dibujaPunto and keeps the style handed to it.
-class PuntoPrueba : public cad::Entidad
+class PuntoPrueba : public cad::prueba::EntidadPrueba
 {
 public:
     explicit PuntoPrueba(const Punto3<double>& p) : posicion(p) {}

@@ -30,3 +30,23 @@ foreach(esperado "Capas" "Materiales" "Estilos de texto" "Variables")
         message(FATAL_ERROR "the demo summary lacks \"${esperado}\"")
     endif()
 endforeach()
+
+# The DXF the demo wrote must pass the independent audit, when the auditor is installed.
+if(EXISTS "${AUDITOR}")
+    execute_process(COMMAND /usr/bin/python3 -c "import ezdxf" RESULT_VARIABLE sinEzdxf
+        OUTPUT_QUIET ERROR_QUIET)
+    if(sinEzdxf EQUAL 0)
+        execute_process(COMMAND /usr/bin/python3 "${AUDITOR}" "${TRABAJO}/salida/demo.dxf"
+            RESULT_VARIABLE r OUTPUT_VARIABLE informe ERROR_VARIABLE informe)
+        message("${informe}")
+        if(NOT r EQUAL 0)
+            message(FATAL_ERROR "the demo's DXF failed the audit")
+        endif()
+    endif()
+endif()
+foreach(esperado "sin diferencias" "salida/demo.dxf")
+    string(FIND "${salida}" "${esperado}" pos)
+    if(pos EQUAL -1)
+        message(FATAL_ERROR "the demo output lacks \"${esperado}\"")
+    endif()
+endforeach()

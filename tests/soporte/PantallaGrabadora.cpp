@@ -4,7 +4,10 @@
 namespace cad::prueba
 {
 
-std::string texto(const Punto3<double>& p) { return PantallaReferencia::texto(p); }
+std::string texto(const Punto3<double>& p)
+{
+    return PantallaReferencia::texto(p);
+}
 
 template <typename Zoom>
 void PantallaGrabadora::sinMoverCamara(Zoom hazZoom)
@@ -18,10 +21,22 @@ void PantallaGrabadora::sinMoverCamara(Zoom hazZoom)
     zoom = z;
 }
 
-void PantallaGrabadora::getVista(Matriz4<double>& v) { v = vista; }
-void PantallaGrabadora::getProyeccion(Matriz4<double>& p) { p = proyeccion; }
-void PantallaGrabadora::tamanoPixel(double& tamano) { tamano = pixel; }
-void PantallaGrabadora::getNormalVista(Vector3D<double>& normal) { normal = direccion; }
+void PantallaGrabadora::getVista(Matriz4<double>& v)
+{
+    v = vista;
+}
+void PantallaGrabadora::getProyeccion(Matriz4<double>& p)
+{
+    p = proyeccion;
+}
+void PantallaGrabadora::tamanoPixel(double& tamano)
+{
+    tamano = pixel;
+}
+void PantallaGrabadora::getNormalVista(Vector3D<double>& normal)
+{
+    normal = direccion;
+}
 
 bool PantallaGrabadora::setCamara(const Punto3<double>& p, const Punto3<double>& o,
                                   const Vector3D<double>& a, double z, double ang)

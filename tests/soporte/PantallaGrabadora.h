@@ -23,11 +23,9 @@ public:
     bool setCamara(const Punto3<double>& posicion, const Punto3<double>& objetivo,
                    const Vector3D<double>& arriba, double zoom, double angulo) override;
     bool setCamaraFoto(const Punto3<double>& posicion, const Punto3<double>& objetivo,
-                       const Vector3D<double>& arriba, double anguloVision,
-                       double giro) override;
-    void getCamara(Punto3<double>& posicion, Punto3<double>& objetivo,
-                   Vector3D<double>& direccion, Vector3D<double>& arriba, double& zoom,
-                   double& angulo) override;
+                       const Vector3D<double>& arriba, double anguloVision, double giro) override;
+    void getCamara(Punto3<double>& posicion, Punto3<double>& objetivo, Vector3D<double>& direccion,
+                   Vector3D<double>& arriba, double& zoom, double& angulo) override;
     void zoomEscala(double factor) override;
     void zoomExtension(const Rect3<double>& caja) override;
     void zoomVentana(const Punto2<int>& esquina1, const Punto2<int>& esquina2) override;

@@ -1,5 +1,7 @@
 #include "Fendrix/WrapDibujoCAD.h"
 
+#include <cstring>
+
 #include "Fendrix/constCharPtr.h"
 #include "base/Color.h"
 #include "base/Configuracion.h"
@@ -7,6 +9,14 @@
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
+#include "entidades/Firmas.h"
+#include "entidades/Linea.h"
+#include "entidades/Poligono.h"
+#include "entidades/Polilinea.h"
+#include "entidades/Punto.h"
+#include "entidades/PuntoControl.h"
+#include "entidades/SistemaLocal.h"
+#include "entidades/Texto.h"
 #include "intercambio/ExportaDXF.h"
 #include "pantalla/PantallaCAD.h"
 
@@ -43,9 +53,15 @@ WrapDibujoCAD::WrapDibujoCAD(ProcesoEventosDelegate procesoEventos, ActualizaDel
     mEditor = new EditorDibujo(mDibujo, nullptr);
 }
 
-WrapDibujoCAD::~WrapDibujoCAD() { Dispose(true); }
+WrapDibujoCAD::~WrapDibujoCAD()
+{
+    Dispose(true);
+}
 
-void WrapDibujoCAD::Dispose() { Dispose(true); }
+void WrapDibujoCAD::Dispose()
+{
+    Dispose(true);
+}
 
 void WrapDibujoCAD::Dispose(bool liberar)
 {
@@ -77,7 +93,10 @@ void WrapDibujoCAD::setPantalla(WrapPantallaCAD* p)
     }
 }
 
-intptr_t WrapDibujoCAD::getEditorDibujoCPP() const { return reinterpret_cast<intptr_t>(mEditor); }
+intptr_t WrapDibujoCAD::getEditorDibujoCPP() const
+{
+    return reinterpret_cast<intptr_t>(mEditor);
+}
 
 bool WrapDibujoCAD::salidaTexto(const std::string& texto)
 {
@@ -113,7 +132,10 @@ void WrapDibujoCAD::dibuja(cad::PantallaCAD* p)
     mDibujo->finDibujo(*p);
 }
 
-void WrapDibujoCAD::comandoRegen() { dibuja(mPantalla); }
+void WrapDibujoCAD::comandoRegen()
+{
+    dibuja(mPantalla);
+}
 
 // ---------------------------------------------------------------------------------------
 // Callbacks. Each wrapper binds the facade's adapter, not the host's delegate, so that a
@@ -298,8 +320,7 @@ void WrapDibujoCAD::setReactorInicioReferenciaEntidades(InicioProcesoReferenciaE
     }
 }
 
-void WrapDibujoCAD::setReactorFinReferenciaEntidades(
-    FinalizaProcesoReferenciaEntidadesDelegate d)
+void WrapDibujoCAD::setReactorFinReferenciaEntidades(FinalizaProcesoReferenciaEntidadesDelegate d)
 {
     mReactorFinalizaProcesoReferenciaEntidades = std::move(d);
     if (mReactorFinalizaProcesoReferenciaEntidades)
@@ -341,8 +362,8 @@ void WrapDibujoCAD::ejecutaVisorPropiedades()
     }
 }
 
-bool WrapDibujoCAD::ejecutaReactorEdicion(int64_t handle, tipoEdicionEntidades tipo,
-                                          int32_t indice, double x, double y, double z)
+bool WrapDibujoCAD::ejecutaReactorEdicion(int64_t handle, tipoEdicionEntidades tipo, int32_t indice,
+                                          double x, double y, double z)
 {
     return mReactorEdicion ? mReactorEdicion(handle, tipo, indice, x, y, z) : true;
 }
@@ -400,7 +421,10 @@ void WrapDibujoCAD::une(WrapDibujoCAD& otro)
     }
 }
 
-bool WrapDibujoCAD::hayCambios() { return mDibujo != nullptr && mDibujo->hayCambios(); }
+bool WrapDibujoCAD::hayCambios()
+{
+    return mDibujo != nullptr && mDibujo->hayCambios();
+}
 
 void WrapDibujoCAD::borraMarcaCambios()
 {
@@ -522,16 +546,15 @@ void WrapDibujoCAD::setFactorVertical(double factor)
 bool WrapDibujoCAD::getColorConfiguracion(colorElemento elemento, int32_t& r, int32_t& g,
                                           int32_t& b)
 {
-    const cad::Color c = Configuracion::instancia().color(
-        static_cast<Configuracion::color_elemento>(elemento));
+    const cad::Color c =
+        Configuracion::instancia().color(static_cast<Configuracion::color_elemento>(elemento));
     r = c.rojo();
     g = c.verde();
     b = c.azul();
     return true;
 }
 
-void WrapDibujoCAD::setColorConfiguracion(colorElemento elemento, int32_t r, int32_t g,
-                                          int32_t b)
+void WrapDibujoCAD::setColorConfiguracion(colorElemento elemento, int32_t r, int32_t g, int32_t b)
 {
     cad::Color c;
     c.mColor.rojo = static_cast<uint8_t>(r);
@@ -592,14 +615,23 @@ bool WrapDibujoCAD::camara(int cual, double& x, double& y, double& z)
     return true;
 }
 
-bool WrapDibujoCAD::getPosicionCamara(double& x, double& y, double& z) { return camara(0, x, y, z); }
-bool WrapDibujoCAD::getObjetivoCamara(double& x, double& y, double& z) { return camara(1, x, y, z); }
+bool WrapDibujoCAD::getPosicionCamara(double& x, double& y, double& z)
+{
+    return camara(0, x, y, z);
+}
+bool WrapDibujoCAD::getObjetivoCamara(double& x, double& y, double& z)
+{
+    return camara(1, x, y, z);
+}
 bool WrapDibujoCAD::getDireccionCamara(double& x, double& y, double& z)
 {
     return camara(2, x, y, z);
 }
 
-void WrapDibujoCAD::zoomExtension(double factor) { zoomExtension(factor, factor); }
+void WrapDibujoCAD::zoomExtension(double factor)
+{
+    zoomExtension(factor, factor);
+}
 
 void WrapDibujoCAD::zoomExtension(double factorAncho, double factorAlto)
 {
@@ -612,7 +644,10 @@ void WrapDibujoCAD::zoomExtension(double factorAncho, double factorAlto)
 // ---------------------------------------------------------------------------------------
 // Layers
 
-int32_t WrapDibujoCAD::numeroCapas() { return mDibujo != nullptr ? mDibujo->numeroCapas() : 0; }
+int32_t WrapDibujoCAD::numeroCapas()
+{
+    return mDibujo != nullptr ? mDibujo->numeroCapas() : 0;
+}
 
 std::string WrapDibujoCAD::capa(int32_t indice)
 {
@@ -816,8 +851,7 @@ bool WrapDibujoCAD::colorCapa(const std::string& nombre, int32_t rgba)
     {
         return mEditor->colorCapa(n.c_str(), rgba);
     }
-    return mDibujo != nullptr &&
-           mDibujo->colorCapa(n.c_str(), static_cast<uint32_t>(rgba) >> 8);
+    return mDibujo != nullptr && mDibujo->colorCapa(n.c_str(), static_cast<uint32_t>(rgba) >> 8);
 }
 
 bool WrapDibujoCAD::colorCapa(const std::string& nombre, int32_t r, int32_t g, int32_t b)
@@ -1042,8 +1076,7 @@ int32_t WrapDibujoCAD::nuevoMaterial(int32_t idExterno, const std::string& textu
 bool WrapDibujoCAD::setMaterial(int32_t id, int32_t idExterno, uint32_t color, double brillo,
                                 const std::string& textura)
 {
-    cad::Material* m =
-        mDibujo != nullptr ? mDibujo->materialId(static_cast<int16_t>(id)) : nullptr;
+    cad::Material* m = mDibujo != nullptr ? mDibujo->materialId(static_cast<int16_t>(id)) : nullptr;
     if (m == nullptr)
     {
         return false;
@@ -1139,7 +1172,10 @@ void WrapDibujoCAD::borraVariable(const std::string& nombre)
     }
 }
 
-int32_t WrapDibujoCAD::numeroVistas() { return mDibujo != nullptr ? mDibujo->numeroVistas() : 0; }
+int32_t WrapDibujoCAD::numeroVistas()
+{
+    return mDibujo != nullptr ? mDibujo->numeroVistas() : 0;
+}
 
 std::string WrapDibujoCAD::nombreVista(int32_t indice)
 {
@@ -1210,12 +1246,18 @@ void WrapDibujoCAD::muestraVariable(const char* variable, bool mostrar)
     }
 }
 
-void WrapDibujoCAD::muestraModelos(bool mostrar) { muestraVariable(kVarOcultaModelos, mostrar); }
+void WrapDibujoCAD::muestraModelos(bool mostrar)
+{
+    muestraVariable(kVarOcultaModelos, mostrar);
+}
 bool WrapDibujoCAD::modelosVisibles()
 {
     return mDibujo != nullptr && !mDibujo->existeVariable(kVarOcultaModelos);
 }
-void WrapDibujoCAD::muestraCamaras(bool mostrar) { muestraVariable(kVarOcultaCamaras, mostrar); }
+void WrapDibujoCAD::muestraCamaras(bool mostrar)
+{
+    muestraVariable(kVarOcultaCamaras, mostrar);
+}
 bool WrapDibujoCAD::camarasVisibles()
 {
     return mDibujo != nullptr && !mDibujo->existeVariable(kVarOcultaCamaras);
@@ -1255,6 +1297,298 @@ void WrapDibujoCAD::setRepresentacionNubes(representacion_nubes r)
         mDibujo->setVariable(kVarRepresentacionNubes, static_cast<int>(r));
         mDibujo->edicionHecha();
     }
+}
+
+// ---------------------------------------------------------------------------------------
+// Entity creation
+
+namespace
+{
+
+std::vector<cad::Punto3<double>> puntosDe(const double* coordenadas, size_t n)
+{
+    std::vector<cad::Punto3<double>> puntos;
+    puntos.reserve(n);
+    for (size_t i = 0; i < n; ++i)
+    {
+        puntos.emplace_back(coordenadas[3 * i], coordenadas[3 * i + 1], coordenadas[3 * i + 2]);
+    }
+    return puntos;
+}
+
+}  // namespace
+
+int64_t WrapDibujoCAD::insertaEntidadGetHandle(cad::Entidad* e)
+{
+    std::unique_ptr<cad::Entidad> propia(e);
+    if (mDibujo == nullptr || e == nullptr)
+    {
+        return 0;
+    }
+    const bool ok = mEditor != nullptr ? mEditor->nuevaEntidad(e) : mDibujo->nuevaEntidad(e);
+    if (!ok)
+    {
+        return 0;  // refused: the entity is the caller's, and the caller here is this facade
+    }
+    propia.release();
+    return mDibujo->handleUltimaEntidad();
+}
+
+bool WrapDibujoCAD::insertaEntidad(cad::Entidad* e)
+{
+    return insertaEntidadGetHandle(e) != 0;
+}
+
+int64_t WrapDibujoCAD::nuevoPunto(double x, double y, double z)
+{
+    return insertaEntidadGetHandle(new cad::Punto(x, y, z));
+}
+
+int64_t WrapDibujoCAD::nuevoPunto(double x, double y, double z, int32_t color)
+{
+    return insertaEntidadGetHandle(new cad::Punto(x, y, z, color));
+}
+
+int64_t WrapDibujoCAD::nuevoTexto(const std::string& texto, double x, double y, double z,
+                                  alineacionTexto alineacion, double altura, double rotacion)
+{
+    return insertaEntidadGetHandle(
+        new cad::Texto(constCharPtr(texto).c_str(), cad::Punto3<double>(x, y, z),
+                       static_cast<uint16_t>(alineacion), static_cast<float>(altura),
+                       static_cast<float>(rotacion)));
+}
+
+int64_t WrapDibujoCAD::nuevoPuntoControl(const std::string& nombre, const std::string& codigo,
+                                         double x, double y, double z)
+{
+    auto* p = new cad::PuntoControl(constCharPtr(nombre).c_str(), cad::Punto3<double>(x, y, z));
+    // The code goes in through the sheet, as a host would type it.
+    cad::Prop prop;
+    prop.valor = constCharPtr(codigo).c_str();
+    p->setPropiedad(2, 1, prop);
+    return insertaEntidadGetHandle(p);
+}
+
+int64_t WrapDibujoCAD::nuevoPuntoControl(const std::string& nombre, const std::string& codigo,
+                                         double x, double y, double z, double tamanyoPixeles)
+{
+    auto* p = new cad::PuntoControl(constCharPtr(nombre).c_str(), cad::Punto3<double>(x, y, z));
+    cad::Prop prop;
+    prop.valor = constCharPtr(codigo).c_str();
+    p->setPropiedad(2, 1, prop);
+    p->asignaEscalaConstante(cad::Punto3<double>(x, y, z), 1.0, tamanyoPixeles);
+    return insertaEntidadGetHandle(p);
+}
+
+int64_t WrapDibujoCAD::nuevaLinea(double x1, double y1, double z1, double x2, double y2, double z2)
+{
+    return insertaEntidadGetHandle(
+        new cad::Linea(cad::Punto3<double>(x1, y1, z1), cad::Punto3<double>(x2, y2, z2)));
+}
+
+int64_t WrapDibujoCAD::nuevaPolilinea(int32_t n, const double* coordenadas)
+{
+    const auto puntos = puntosDe(coordenadas, n > 0 ? static_cast<size_t>(n) : 0);
+    return insertaEntidadGetHandle(
+        new cad::Polilinea(static_cast<int>(puntos.size()), puntos.data()));
+}
+
+int64_t WrapDibujoCAD::nuevaPolilinea3D(const std::vector<double>& coordenadas, bool cerrada)
+{
+    const auto puntos = puntosDe(coordenadas.data(), coordenadas.size() / 3);
+    auto* p = new cad::Polilinea(static_cast<int>(puntos.size()), puntos.data());
+    p->cerrada = cerrada;
+    return insertaEntidadGetHandle(p);
+}
+
+int64_t WrapDibujoCAD::nuevoPoligono(int32_t n, const double* coordenadas)
+{
+    const auto puntos = puntosDe(coordenadas, n > 0 ? static_cast<size_t>(n) : 0);
+    return insertaEntidadGetHandle(
+        new cad::Poligono(static_cast<int>(puntos.size()), puntos.data()));
+}
+
+int64_t WrapDibujoCAD::nuevoPoligono(const std::vector<double>& coordenadas)
+{
+    const auto puntos = puntosDe(coordenadas.data(), coordenadas.size() / 3);
+    return insertaEntidadGetHandle(
+        new cad::Poligono(static_cast<int>(puntos.size()), puntos.data()));
+}
+
+int64_t WrapDibujoCAD::ultimaEntidadCreada()
+{
+    return mDibujo != nullptr ? mDibujo->handleUltimaEntidad() : 0;
+}
+
+// ---------------------------------------------------------------------------------------
+// Local systems
+
+int64_t WrapDibujoCAD::nuevoSistemaLocal(const std::string& nombre,
+                                         const std::vector<double>& origen,
+                                         const std::vector<double>& ejeX,
+                                         const std::vector<double>& ejeY,
+                                         const std::vector<double>& ejeZ)
+{
+    if (origen.size() < 3 || ejeX.size() < 3 || ejeY.size() < 3 || ejeZ.size() < 3)
+    {
+        return 0;
+    }
+    auto* s = new cad::SistemaLocal();
+    s->nombre = constCharPtr(nombre).c_str();
+    s->setOrigen(cad::Punto3<double>(origen[0], origen[1], origen[2]));
+    s->setVectoresXYZ(cad::Vector3D<double>(ejeX[0], ejeX[1], ejeX[2]),
+                      cad::Vector3D<double>(ejeY[0], ejeY[1], ejeY[2]),
+                      cad::Vector3D<double>(ejeZ[0], ejeZ[1], ejeZ[2]));
+    return insertaEntidadGetHandle(s);
+}
+
+bool WrapDibujoCAD::setOrigenSistemaLocal(const std::string& nombre, double x, double y, double z)
+{
+    cad::SistemaLocal* s = mDibujo != nullptr ? mDibujo->sistemaLocal(nombre) : nullptr;
+    if (s == nullptr)
+    {
+        return false;
+    }
+    s->setOrigen(cad::Punto3<double>(x, y, z));
+    mDibujo->edicionHecha();
+    return true;
+}
+
+int32_t WrapDibujoCAD::numeroSistemasLocales()
+{
+    return mDibujo != nullptr ? mDibujo->numeroSistemasLocales() : 0;
+}
+
+std::string WrapDibujoCAD::nombreSistemaLocal(int32_t indice)
+{
+    return mDibujo != nullptr ? mDibujo->nombreSistemaLocal(indice) : "";
+}
+
+bool WrapDibujoCAD::existeSistemaLocal(const std::string& nombre)
+{
+    return mDibujo != nullptr && mDibujo->existeSistemaLocal(nombre);
+}
+
+bool WrapDibujoCAD::borraSistemaLocal(const std::string& nombre)
+{
+    return mDibujo != nullptr && mDibujo->borraSistemaLocal(nombre);
+}
+
+// ---------------------------------------------------------------------------------------
+// Selection and queries
+
+namespace
+{
+
+int32_t handlesDe(const cad::SeleccionEntidades& s, std::vector<int64_t>& handles)
+{
+    handles.clear();
+    for (const cad::Entidad* e : s.entidades)
+    {
+        handles.push_back(static_cast<int64_t>(reinterpret_cast<intptr_t>(e)));
+    }
+    return static_cast<int32_t>(handles.size());
+}
+
+}  // namespace
+
+int32_t WrapDibujoCAD::getEntidades(std::vector<int64_t>& handles)
+{
+    handles.clear();
+    if (mDibujo == nullptr)
+    {
+        return 0;
+    }
+    return handlesDe(mDibujo->nuevaSeleccion(cad::Dibujo::kSeleccionTodas), handles);
+}
+
+int32_t WrapDibujoCAD::getEntidadesSeleccionadas(std::vector<int64_t>& handles)
+{
+    handles.clear();
+    if (mDibujo == nullptr)
+    {
+        return 0;
+    }
+    return handlesDe(mDibujo->nuevaSeleccion(cad::Dibujo::kSeleccionMarcadas), handles);
+}
+
+bool WrapDibujoCAD::seleccionaEntidad(int64_t handle)
+{
+    cad::Entidad* e = mDibujo != nullptr ? mDibujo->buscaEntidad(handle) : nullptr;
+    if (e == nullptr)
+    {
+        return false;
+    }
+    mDibujo->selecciona(e);
+    return true;
+}
+
+void WrapDibujoCAD::deselecciona()
+{
+    if (mEditor != nullptr)
+    {
+        mEditor->deselecciona();
+    }
+    else if (mDibujo != nullptr)
+    {
+        mDibujo->deselecciona();
+    }
+}
+
+bool WrapDibujoCAD::deselecciona(int64_t handle)
+{
+    cad::Entidad* e = mDibujo != nullptr ? mDibujo->buscaEntidad(handle) : nullptr;
+    if (e == nullptr)
+    {
+        return false;
+    }
+    mDibujo->deselecciona(e);
+    mDibujo->redibujar = true;
+    return true;
+}
+
+bool WrapDibujoCAD::borraEntidad(int64_t handle)
+{
+    cad::Entidad* e = mDibujo != nullptr ? mDibujo->buscaEntidad(handle) : nullptr;
+    if (e == nullptr)
+    {
+        return false;
+    }
+    const bool ok = mDibujo->borraEntidad(e, true);
+    if (ok && mEditor != nullptr)
+    {
+        mEditor->actualiza(EditorDibujo::kControl, false);
+    }
+    return ok;
+}
+
+double WrapDibujoCAD::longitud(int64_t handle)
+{
+    cad::Entidad* e = mDibujo != nullptr ? mDibujo->buscaEntidad(handle) : nullptr;
+    if (e == nullptr || std::strcmp(e->etiqueta(), cad::kFirmaEntidadPolilinea) != 0)
+    {
+        return 0.0;
+    }
+    // The tag alone would also name a polygon; only a polyline has a length here.
+    const auto* p = dynamic_cast<const cad::Polilinea*>(e);
+    return p != nullptr ? p->longitud() : 0.0;
+}
+
+int32_t WrapDibujoCAD::getVertices(int64_t handle, std::vector<double>& coordenadas)
+{
+    coordenadas.clear();
+    const cad::Entidad* e = mDibujo != nullptr ? mDibujo->buscaEntidad(handle) : nullptr;
+    if (e == nullptr)
+    {
+        return 0;
+    }
+    std::vector<cad::Punto3<double>> puntos;
+    e->coordenadas(puntos);
+    for (const auto& p : puntos)
+    {
+        coordenadas.insert(coordenadas.end(), {p.x, p.y, p.z});
+    }
+    return static_cast<int32_t>(coordenadas.size());
 }
 
 // ---------------------------------------------------------------------------------------

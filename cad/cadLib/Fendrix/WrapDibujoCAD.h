@@ -12,6 +12,7 @@
 namespace cad
 {
 class Dibujo;
+class Entidad;
 class EditorDibujo;
 class PantallaCAD;
 }  // namespace cad
@@ -223,8 +224,8 @@ public:
     void actualiza(tipoActualizacion tipo);
     void ejecutaSalidaTextos(const char* texto);
     void ejecutaVisorPropiedades();
-    bool ejecutaReactorEdicion(int64_t handle, tipoEdicionEntidades tipo, int32_t indice,
-                               double x, double y, double z);
+    bool ejecutaReactorEdicion(int64_t handle, tipoEdicionEntidades tipo, int32_t indice, double x,
+                               double y, double z);
     bool ejecutaReactorInsercion(int64_t handle, tipoInsercionEntidades tipo);
     void ejecutaReactorComandoInteractivo(estadoComandoInteractivo estado);
     void ejecutaReactorInicioProcesoReferenciaEntidades();
@@ -353,6 +354,53 @@ public:
     bool planoReferenciaVisible();
     void setRepresentacionModelos(representacion_modelos r);
     void setRepresentacionNubes(representacion_nubes r);
+
+    // --- entity creation: each returns the new entity's handle, 0 when refused ---------
+    int64_t nuevoPunto(double x, double y, double z);
+    // `color` holds red, green, blue in its three low bytes: a true colour.
+    int64_t nuevoPunto(double x, double y, double z, int32_t color);
+    int64_t nuevoTexto(const std::string& texto, double x, double y, double z,
+                       alineacionTexto alineacion, double altura, double rotacion);
+    int64_t nuevoPuntoControl(const std::string& nombre, const std::string& codigo, double x,
+                              double y, double z);
+    // The cross keeps `tamanyoPixeles` on screen at every zoom.
+    int64_t nuevoPuntoControl(const std::string& nombre, const std::string& codigo, double x,
+                              double y, double z, double tamanyoPixeles);
+    int64_t nuevaLinea(double x1, double y1, double z1, double x2, double y2, double z2);
+    // `n` points, three doubles each, taken from the caller's memory as they are.
+    int64_t nuevaPolilinea(int32_t n, const double* coordenadas);
+    int64_t nuevaPolilinea3D(const std::vector<double>& coordenadas, bool cerrada);
+    int64_t nuevoPoligono(int32_t n, const double* coordenadas);
+    int64_t nuevoPoligono(const std::vector<double>& coordenadas);
+    int64_t ultimaEntidadCreada();
+    // Inserts through the editor (undoable, offered to the insertion reactor) when there is
+    // one; takes ownership and deletes a refused entity.
+    int64_t insertaEntidadGetHandle(cad::Entidad* e);
+    bool insertaEntidad(cad::Entidad* e);
+
+    // --- local systems --------------------------------------------------------------------
+    // Origin and three axes, three doubles each (the axes are made unit).
+    int64_t nuevoSistemaLocal(const std::string& nombre, const std::vector<double>& origen,
+                              const std::vector<double>& ejeX, const std::vector<double>& ejeY,
+                              const std::vector<double>& ejeZ);
+    bool setOrigenSistemaLocal(const std::string& nombre, double x, double y, double z);
+    int32_t numeroSistemasLocales();
+    std::string nombreSistemaLocal(int32_t indice);
+    bool existeSistemaLocal(const std::string& nombre);
+    bool borraSistemaLocal(const std::string& nombre);
+
+    // --- selection and queries ------------------------------------------------------------
+    // Handles of all entities, in list order; the count is the result.
+    int32_t getEntidades(std::vector<int64_t>& handles);
+    int32_t getEntidadesSeleccionadas(std::vector<int64_t>& handles);
+    bool seleccionaEntidad(int64_t handle);
+    void deselecciona();
+    bool deselecciona(int64_t handle);
+    bool borraEntidad(int64_t handle);
+    // The length of a polyline; 0.0 for anything else.
+    double longitud(int64_t handle);
+    // The defining points, three doubles each; the result is the number of doubles.
+    int32_t getVertices(int64_t handle, std::vector<double>& coordenadas);
 
     // --- hollow operations ------------------------------------------------------------
     bool liberaRecursosEntidad(int64_t handle);

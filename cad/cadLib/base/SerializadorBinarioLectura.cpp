@@ -77,11 +77,22 @@ uint64_t BloqueSerializacionBL::restante() const
 SerializadorBinarioLectura::SerializadorBinarioLectura(const std::string& ruta)
 {
     fichero = abreFicheroUtf8(ruta, "rb");
+    mideTamano();
+}
+
+SerializadorBinarioLectura::SerializadorBinarioLectura(std::FILE* flujo) : fichero(flujo)
+{
+    mideTamano();
+}
+
+void SerializadorBinarioLectura::mideTamano()
+{
     if (fichero != nullptr)
     {
+        const off_t inicio = ftello(fichero);
         fseeko(fichero, 0, SEEK_END);
         tamanoFichero = static_cast<int64_t>(ftello(fichero));
-        fseeko(fichero, 0, SEEK_SET);
+        fseeko(fichero, inicio, SEEK_SET);
     }
 }
 

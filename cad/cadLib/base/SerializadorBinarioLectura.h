@@ -36,6 +36,10 @@ public:
     // Opens `ruta` (UTF-8) with "rb". Throws std::logic_error for a path that is not UTF-8;
     // a file that can't be opened leaves the stream null and every read returns false.
     explicit SerializadorBinarioLectura(const std::string& ruta);
+    // Takes an already-open seekable stream, such as one fmemopen gives over bytes in memory,
+    // and closes it when done. Reading starts where the stream stands; a null stream reads
+    // nothing.
+    explicit SerializadorBinarioLectura(std::FILE* flujo);
     ~SerializadorBinarioLectura() override;
     SerializadorBinarioLectura(const SerializadorBinarioLectura&) = delete;
     SerializadorBinarioLectura& operator=(const SerializadorBinarioLectura&) = delete;
@@ -77,6 +81,10 @@ public:
 
     std::FILE* fichero = nullptr;
     int64_t tamanoFichero = 0;
+
+private:
+    // tamanoFichero from the stream's end, leaving the position where it was.
+    void mideTamano();
 };
 
 }  // namespace cad

@@ -12,9 +12,14 @@
 #include "base/ReferenciaObjetoCAD.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
+#include "documento/ReferenciaEntidades.h"
 #include "documento/Variables.h"
 #include "entidades/Entidad.h"
+#include "entidades/PuntoControl.h"
+#include "entidades/SistemaLocal.h"
+#include "entidades/Texto.h"
 #include "intercambio/ExportaDXF.h"
+#include "modelo/PuntosCalientes.h"
 #include "pantalla/PantallaCAD.h"
 
 namespace cad
@@ -72,16 +77,22 @@ template <class Variable>
 Variable* comoVariable(VariableBase* v, const char* etiqueta)
 {
     return v != nullptr && std::strcmp(v->etiqueta(), etiqueta) == 0 ? static_cast<Variable*>(v)
-                                                                      : nullptr;
+                                                                     : nullptr;
 }
 
 }  // namespace
 
 Dibujo::Dibujo() : origenPlano(sinPlano()) {}
 
-Dibujo::~Dibujo() { destruyeDocumento(); }
+Dibujo::~Dibujo()
+{
+    destruyeDocumento();
+}
 
-Punto3<double> Dibujo::sinPlano() { return invalido; }
+Punto3<double> Dibujo::sinPlano()
+{
+    return invalido;
+}
 
 // ---------------------------------------------------------------------------------------
 // Whole document
@@ -166,7 +177,8 @@ void Dibujo::une(Dibujo& otro)
         }
         else
         {
-            const int16_t nuevo = nuevoMaterial(m->idExterno, m->color(), m->brillo(), m->textura());
+            const int16_t nuevo =
+                nuevoMaterial(m->idExterno, m->color(), m->brillo(), m->textura());
             equivalencias.emplace_back(m->id, nuevo);
         }
     }
@@ -265,7 +277,198 @@ void Dibujo::deselecciona()
     }
 }
 
-void Dibujo::deselecciona(Entidad* e) { e->quitaSeleccion(); }
+void Dibujo::deselecciona(Entidad* e)
+{
+    e->quitaSeleccion();
+}
+
+void Dibujo::selecciona(SeleccionEntidades& s)
+{
+    for (Entidad* e : s.entidades)
+    {
+        e->marcaSeleccion();
+    }
+    redibujar = true;
+}
+
+void Dibujo::deselecciona(SeleccionEntidades& s)
+{
+    for (Entidad* e : s.entidades)
+    {
+        e->quitaSeleccion();
+    }
+}
+
+SeleccionEntidades Dibujo::nuevaSeleccion(seleccion tipo)
+{
+    SeleccionEntidades s(this);
+    const uint32_t marcas = kEstadoSeleccionada | kEstadoResaltada;
+    switch (tipo)
+    {
+        case kSeleccionTodas:
+            // Each entity is tested against the set, so that it stands in it once: this is
+            // quadratic in the entity count, and stays so.
+            for (Entidad* e : entidades)
+            {
+                if (std::find(s.entidades.begin(), s.entidades.end(), e) == s.entidades.end())
+                {
+                    s.entidades.push_back(e);
+                }
+            }
+            break;
+        case kSeleccionMarcadas:
+        case kSeleccionNoMarcadas:
+            for (Entidad* e : entidades)
+            {
+                if (((e->estado & marcas) != 0) == (tipo == kSeleccionMarcadas))
+                {
+                    s.entidades.push_back(e);
+                }
+            }
+            break;
+        case kSeleccionUltima:
+            s.incluyeUltimaEntidad();
+            break;
+        default:
+            break;
+    }
+    return s;
+}
+
+// ---------------------------------------------------------------------------------------
+// Local systems
+
+int Dibujo::numeroSistemasLocales() const
+{
+    int n = 0;
+    for (const Entidad* e : entidades)
+    {
+        n += std::strcmp(e->etiqueta(), "Sl1") == 0 ? 1 : 0;
+    }
+    return n;
+}
+
+SistemaLocal* Dibujo::sistemaLocal(const std::string& nombre) const
+{
+    for (Entidad* e : entidades)
+    {
+        if (std::strcmp(e->etiqueta(), "Sl1") == 0 &&
+            static_cast<SistemaLocal*>(e)->nombre == nombre)
+        {
+            return static_cast<SistemaLocal*>(e);
+        }
+    }
+    return nullptr;
+}
+
+std::string Dibujo::nombreSistemaLocal(int i) const
+{
+    int n = 0;
+    for (Entidad* e : entidades)
+    {
+        if (std::strcmp(e->etiqueta(), "Sl1") == 0 && n++ == i)
+        {
+            return static_cast<SistemaLocal*>(e)->nombre;
+        }
+    }
+    return "";
+}
+
+bool Dibujo::existeSistemaLocal(const std::string& nombre) const
+{
+    return sistemaLocal(nombre) != nullptr;
+}
+
+bool Dibujo::borraSistemaLocal(const std::string& nombre)
+{
+    std::lock_guard<std::recursive_mutex> guardia(lock);
+    SistemaLocal* s = sistemaLocal(nombre);
+    return s != nullptr && borraEntidad(s, true);
+}
+
+// ---------------------------------------------------------------------------------------
+// Snap and the cursor's plane
+
+bool Dibujo::referenciaEntidades(PantallaCAD& p, cursor_t& cursor)
+{
+    if (!referenciaGlobal || mascaraReferencias == 0)
+    {
+        return false;
+    }
+    if (reactorInicioReferencia)
+    {
+        reactorInicioReferencia();
+    }
+    if (modo2D_)
+    {
+        cursor.direccion = Vector3D<double>(0, 0, -1);
+    }
+    double pixel = 0.0;
+    p.tamanoPixel(pixel);
+    const double tolerancia = pixel * toleranciaReferencia;
+    ReferenciaEntidades r(&p, cursor.posicion, cursor.direccion, mascaraReferencias, tolerancia);
+    r.cursor = cursor;
+    const int t = toleranciaReferencia;
+    std::vector<void*> candidatas;
+    p.entidadesEnRectangulo(Rect2<int>(Punto2<int>(cursor.x - t, cursor.y - t),
+                                       Punto2<int>(cursor.x + t, cursor.y + t)),
+                            false, candidatas);
+    bool alguna = false;
+    for (void* v : candidatas)
+    {
+        // The display hands back what it was given as pick; only entities of this drawing
+        // are asked, so a stale value from an old scene is ignored.
+        const Entidad* e = buscaEntidad(static_cast<int64_t>(reinterpret_cast<intptr_t>(v)));
+        if (e != nullptr && e->capaVisible())
+        {
+            alguna = e->getReferenciaEntidades(r) || alguna;
+        }
+    }
+    const bool encontrado = alguna && tolerancia >= r.distanciaMejor;
+    if (encontrado)
+    {
+        cursor.referencia = r.puntoMejor;
+        cursor.tipo = r.tipoMejor;
+        cursor.entidad = r.entidadMejor;
+    }
+    if (reactorFinReferencia)
+    {
+        reactorFinReferencia();
+    }
+    return encontrado;
+}
+
+void Dibujo::proyectaCursor(cursor_t& cursor)
+{
+    const Plano3D<double>& activo = planoTemporalActivo ? planoTemporal : plano;
+    const Linea3D<double> rayo(cursor.posicion, cursor.direccion);
+    Punto3<double> impacto;
+    if (activo.interseccionLineaPlano(rayo, impacto))
+    {
+        cursor.plano = impacto;
+    }
+    else if (extension.esValido())
+    {
+        // The ray runs along the plane: take the plane through the extents' centre that faces
+        // the view instead.
+        const Plano3D<double> vertical(extension.centro(), cursor.direccion);
+        if (vertical.interseccionLineaPlano(rayo, impacto))
+        {
+            cursor.plano = impacto;
+        }
+    }
+    if (cursor.plano != invalido)
+    {
+        cursor.local = activo.proyecta(cursor.plano);
+    }
+}
+
+void Dibujo::fijaPlanoTemporal(const Punto3<double>& punto)
+{
+    const Vector3D<double> n = normalPlano.unit();
+    planoTemporalActivo = true;
+    planoTemporal = Plano3D<double>(punto, n);
+}
 
 // ---------------------------------------------------------------------------------------
 // Layers
@@ -620,8 +823,7 @@ bool Dibujo::getVariable(const std::string& nombre, std::string& valor) const
     }
     else if (auto* p = comoVariable<Variable3D>(v, "V3D"))
     {
-        std::snprintf(texto, sizeof texto, "%.15g,%.15g,%.15g", p->valor.x, p->valor.y,
-                      p->valor.z);
+        std::snprintf(texto, sizeof texto, "%.15g,%.15g,%.15g", p->valor.x, p->valor.y, p->valor.z);
     }
     else
     {
@@ -814,13 +1016,16 @@ void Dibujo::cargaEstado()
     }
     delete vistaActual;
     vistaActual = new Vista();
-    Punto3<double> arriba;
+    // A variable that is missing leaves the new view's default in place.
+    Punto3<double> arriba(vistaActual->arriba.x, vistaActual->arriba.y, vistaActual->arriba.z);
     auto* zoom = comoVariable<VariableDob>(variables.busca("zoomVista"), "VDb");
     auto* angulo = comoVariable<VariableDob>(variables.busca("angVista"), "VDb");
-    const bool completa = variables.getValor3D("posVista", vistaActual->posicion) &
-                          variables.getValor3D("objVista", vistaActual->objetivo) &
-                          variables.getValor3D("upVista", arriba) & (zoom != nullptr) &
-                          (angulo != nullptr);
+    // Every variable is looked up, so that the view takes whatever is there.
+    const bool hayPosicion = variables.getValor3D("posVista", vistaActual->posicion);
+    const bool hayObjetivo = variables.getValor3D("objVista", vistaActual->objetivo);
+    const bool hayArriba = variables.getValor3D("upVista", arriba);
+    const bool completa = hayPosicion && hayObjetivo && hayArriba && zoom != nullptr &&
+                          angulo != nullptr;
     vistaActual->arriba = Vector3D<double>(arriba.x, arriba.y, arriba.z);
     if (zoom != nullptr)
     {
@@ -837,7 +1042,10 @@ void Dibujo::cargaEstado()
 // ---------------------------------------------------------------------------------------
 // View and reference plane
 
-void Dibujo::zoomExtension(double factor, PantallaCAD* p) { zoomExtension(factor, factor, p); }
+void Dibujo::zoomExtension(double factor, PantallaCAD* p)
+{
+    zoomExtension(factor, factor, p);
+}
 
 void Dibujo::zoomExtension(double factorAncho, double factorAlto, PantallaCAD* p)
 {
@@ -930,9 +1138,18 @@ void Dibujo::getReferenciaEntidades(bool& global, int32_t& mascara) const
 // ---------------------------------------------------------------------------------------
 // Painting
 
-void Dibujo::inicioDibujo(PantallaCAD& p) { p.inicioDibujo(); }
-void Dibujo::finEntidades(PantallaCAD& p) { p.finEntidades(); }
-void Dibujo::finDibujo(PantallaCAD& p) { p.finDibujo(); }
+void Dibujo::inicioDibujo(PantallaCAD& p)
+{
+    p.inicioDibujo();
+}
+void Dibujo::finEntidades(PantallaCAD& p)
+{
+    p.finEntidades();
+}
+void Dibujo::finDibujo(PantallaCAD& p)
+{
+    p.finDibujo();
+}
 
 bool Dibujo::dibuja(PantallaCAD& p)
 {
@@ -980,7 +1197,8 @@ bool Dibujo::dibuja(PantallaCAD& p)
             referencia.plano.z = 0.0;
         }
         p.setModoLinea(0xFFFF);
-        const auto estilo = [&p](const Entidad* e, bool conPatron) {
+        const auto estilo = [&p](const Entidad* e, bool conPatron)
+        {
             const Capa* c = static_cast<const Capa*>(e->capa.objeto);
             const EstiloLinea& l = e->estiloLinea.porCapa && c != nullptr
                                        ? static_cast<const EstiloLinea&>(c->estiloLinea)
@@ -991,12 +1209,13 @@ bool Dibujo::dibuja(PantallaCAD& p)
             }
             p.setGrosor(static_cast<float>(l.grosor));
         };
-        const auto visible = [](const Entidad* e) {
+        const auto visible = [](const Entidad* e)
+        {
             const Capa* c = static_cast<const Capa*>(e->capa.objeto);
             return c != nullptr && (c->flags & 1) != 0;
         };
         const uint32_t marcas = kEstadoSeleccionada | kEstadoResaltada;
-        for (const Entidad* e : entidades)
+        for (Entidad* e : entidades)
         {
             if (!visible(e))
             {
@@ -1007,9 +1226,16 @@ bool Dibujo::dibuja(PantallaCAD& p)
             {
                 e->dibuja(p);
             }
+            if ((e->estado & kEstadoResaltada) != 0)
+            {
+                PuntosCalientes calientes;
+                calientes.entidad = e;
+                e->puntosCalientes(calientes);
+                calientes.dibuja(p);
+            }
         }
         p.setModoLinea(0xAAAA);
-        for (const Entidad* e : entidades)
+        for (Entidad* e : entidades)
         {
             if (!visible(e))
             {
@@ -1019,6 +1245,14 @@ bool Dibujo::dibuja(PantallaCAD& p)
             if ((e->estado & marcas) != 0)
             {
                 e->dibuja(p);
+            }
+            if ((e->estado & kEstadoResaltada) != 0)
+            {
+                PuntosCalientes calientes;
+                calientes.entidad = e;
+                e->puntosCalientes(calientes);
+                calientes.dibuja(p);
+                calientes.dibujaAristasYCaras(p);
             }
         }
         p.setModoLinea(0xFFFF);
@@ -1053,7 +1287,10 @@ bool Dibujo::exportaDocumentoDFX(ExportaDXF& dxf)
     return true;
 }
 
-void Dibujo::finalizaDocumentoDXF(ExportaDXF& dxf) { dxf.finEntidades(); }
+void Dibujo::finalizaDocumentoDXF(ExportaDXF& dxf)
+{
+    dxf.finEntidades();
+}
 
 // ---------------------------------------------------------------------------------------
 // The document file
@@ -1129,24 +1366,55 @@ bool Dibujo::lee(SerializadorLecturaBase& r)
     return ok;
 }
 
+namespace
+{
+
+// The first object of the snapshot with that id, or null.
+ObjetoCAD* buscaPorId(const std::vector<ReferenciaObjetoCAD>& instantanea, uint64_t id)
+{
+    for (const ReferenciaObjetoCAD& r : instantanea)
+    {
+        if (r.id == id)
+        {
+            return r.objeto;
+        }
+    }
+    return nullptr;
+}
+
+template <class Lista>
+std::vector<ReferenciaObjetoCAD> instantanea(Lista& lista)
+{
+    std::vector<ReferenciaObjetoCAD> r;
+    r.reserve(lista.size());
+    for (ObjetoCAD* o : lista)
+    {
+        r.emplace_back(o, o->id);
+    }
+    return r;
+}
+
+}  // namespace
+
 void Dibujo::ataReferencias()
 {
-    std::vector<ReferenciaObjetoCAD> instantaneaCapas;
-    instantaneaCapas.reserve(capas.size());
-    for (Capa* c : capas)
-    {
-        instantaneaCapas.emplace_back(c, c->id);
-    }
+    const std::vector<ReferenciaObjetoCAD> deCapas = instantanea(capas);
+    const std::vector<ReferenciaObjetoCAD> deEstilos = instantanea(estilosTexto);
     for (Entidad* e : entidades)
     {
-        e->capa.objeto = nullptr;
-        for (const ReferenciaObjetoCAD& r : instantaneaCapas)
+        e->capa.objeto = buscaPorId(deCapas, e->capa.id);
+        ReferenciaEstiloTexto* estilo = nullptr;
+        if (std::strcmp(e->etiqueta(), "Tx1") == 0)
         {
-            if (r.id == e->capa.id)
-            {
-                e->capa.objeto = r.objeto;
-                break;
-            }
+            estilo = &static_cast<Texto*>(e)->referenciaEstilo();
+        }
+        else if (std::strcmp(e->etiqueta(), "PC1") == 0)
+        {
+            estilo = &static_cast<PuntoControl*>(e)->referenciaEstilo();
+        }
+        if (estilo != nullptr)
+        {
+            estilo->objeto = buscaPorId(deEstilos, estilo->id);
         }
     }
 }

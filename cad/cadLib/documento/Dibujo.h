@@ -24,6 +24,7 @@
 #include "documento/ListaVariables.h"
 #include "documento/ListaVistas.h"
 #include "documento/Material.h"
+#include "documento/SeleccionEntidades.h"
 #include "documento/Vista.h"
 
 namespace cad
@@ -32,6 +33,8 @@ namespace cad
 class Entidad;
 class ExportaDXF;
 class PantallaCAD;
+class SistemaLocal;
+struct cursor_t;
 
 // Works without an editor; the editor adds interaction and undo on top. Usable only after
 // nuevoDocumento or a successful load. Layer, colour, variable and selection operations run
@@ -40,6 +43,16 @@ class PantallaCAD;
 class Dibujo : public ObjetoCAD
 {
 public:
+    // What a new selection starts with.
+    enum seleccion
+    {
+        kSeleccionVacia = 0,
+        kSeleccionTodas = 1,
+        kSeleccionMarcadas = 2,  // selected or highlighted (state mask 9)
+        kSeleccionNoMarcadas = 3,
+        kSeleccionUltima = 4  // the last created entity, if any
+    };
+
     Dibujo();
     ~Dibujo() override;
     Dibujo(const Dibujo&) = delete;
@@ -76,9 +89,21 @@ public:
     bool borraEntidad(Entidad* e, bool borrar);
     Entidad* buscaEntidad(int64_t handle) const;
     int64_t handleUltimaEntidad() const;
+    SeleccionEntidades nuevaSeleccion(seleccion tipo);
     void selecciona(Entidad* e);
+    void selecciona(SeleccionEntidades& s);
     void deselecciona();
     void deselecciona(Entidad* e);
+    void deselecciona(SeleccionEntidades& s);
+
+    // --- local systems, found by name among the entities ----------------------------------
+    int numeroSistemasLocales() const;
+    SistemaLocal* sistemaLocal(const std::string& nombre) const;
+    // "" for a bad index.
+    std::string nombreSistemaLocal(int i) const;
+    bool existeSistemaLocal(const std::string& nombre) const;
+    // Deletes the first local system of that name, in the lock.
+    bool borraSistemaLocal(const std::string& nombre);
 
     // --- layers ---------------------------------------------------------------------
     int numeroCapas() const { return static_cast<int>(capas.size()); }
@@ -175,6 +200,13 @@ public:
         reactorFinReferencia = std::move(f);
     }
 
+    // The snap: true when cursor.referencia was filled by an entity's offer.
+    bool referenciaEntidades(PantallaCAD& p, cursor_t& cursor);
+    // Fills cursor.plano (the ray's hit on the active plane) and cursor.local.
+    void proyectaCursor(cursor_t& cursor);
+    // A temporary plane through `punto` with the reference plane's unit normal.
+    void fijaPlanoTemporal(const Punto3<double>& punto);
+
     std::recursive_mutex& cerrojo() { return lock; }
 
     GeneradorId generadorId;
@@ -191,12 +223,15 @@ public:
     EstiloTexto* estiloTextoActual_ = nullptr;
     bool referenciaGlobal = false;
     int32_t mascaraReferencias = 0;
+    int32_t toleranciaReferencia = 20;  // pixels
     std::function<void()> reactorInicioReferencia;
     std::function<void()> reactorFinReferencia;
     Punto3<double> origenPlano;
     Vector3D<double> normalPlano{0, 0, 1};
     Plano3D<double> plano;
     Rect3<double> extension;
+    bool planoTemporalActivo = false;
+    Plano3D<double> planoTemporal;
     bool planoVista = false;
     double datosPlanoVista[4] = {0, 0, 0, 0};
     bool hayCambios_ = false;

@@ -8,14 +8,6 @@
 namespace cad
 {
 
-// Dash patterns the host knows, one bit per step.
-enum modo_linea
-{
-    kLineaContinua = 0xFFFF,
-    kLineaPuntos = 0xAAAA,
-    kLineaDiscontinua = 0xF0F0
-};
-
 // Written inside its owner's block, 10 bytes: grosor as f64, then patron as i16. porCapa is
 // not stored, so a read keeps whatever the owning flavour set.
 class EstiloLinea : public ObjetoCAD
@@ -30,7 +22,7 @@ public:
 
     bool porCapa;         // take pattern and width from the layer
     double grosor = 1.0;  // line width
-    uint16_t patron = kLineaContinua;
+    uint16_t patron = 0xFFFF;  // continuous
 };
 
 // A layer's own style.

@@ -49,16 +49,18 @@ double ReferenciaEntidades::distanciaRayo(const Punto3<double>& q) const
     return cruz(d, q - rayo[0]).modulo() / d.modulo();
 }
 
-bool ReferenciaEntidades::toma(Entidad* e, const Punto3<double>& q, double distancia, int tipo)
+bool ReferenciaEntidades::toma(const Entidad* e, const Punto3<double>& q, double distancia,
+                               int tipo)
 {
     distanciaMejor = distancia;
     puntoMejor = q;
-    entidadMejor = e;
+    // The snapped entity goes back to the caller as a plain pointer, as the cursor holds it.
+    entidadMejor = const_cast<Entidad*>(e);
     tipoMejor = tipo;
     return true;
 }
 
-bool ReferenciaEntidades::ofrecePunto(Entidad* e, const Punto3<double>& q, int tipo)
+bool ReferenciaEntidades::ofrecePunto(const Entidad* e, const Punto3<double>& q, int tipo)
 {
     if (!enCubo(q))
     {
@@ -72,12 +74,18 @@ bool ReferenciaEntidades::ofrecePunto(Entidad* e, const Punto3<double>& q, int t
     return false;
 }
 
-bool ReferenciaEntidades::ofreceSegmento(Entidad* e, const Segmento& s)
+bool ReferenciaEntidades::ofreceSegmento(const Entidad* e, const Segmento& s)
 {
     const Vector3D<double> d = rayo[1] - rayo[0];
     const Vector3D<double> l = s.b - s.a;
     const Vector3D<double> n = cruz(d, l);
     const Vector3D<double> w = rayo[0] - s.a;
+    // A side parallel to the ray has no single nearest point; its distance would be NaN,
+    // which no later offer could beat.
+    if (n.modulo() == 0.0)
+    {
+        return false;
+    }
     const double g = std::fabs(punto(w, n)) / n.modulo();
     const double a = punto(d, d);
     const double b = punto(d, l);
@@ -110,7 +118,7 @@ bool ReferenciaEntidades::ofreceSegmento(Entidad* e, const Segmento& s)
     return false;
 }
 
-bool ReferenciaEntidades::ofrecePlano(Entidad* e, const Plano3D<double>& plano)
+bool ReferenciaEntidades::ofrecePlano(const Entidad* e, const Plano3D<double>& plano)
 {
     Punto3<double> impacto;
     if (!plano.interseccionLineaPlano(Linea3D<double>(rayo[0], rayo[1]), impacto))
@@ -124,7 +132,7 @@ bool ReferenciaEntidades::ofrecePlano(Entidad* e, const Plano3D<double>& plano)
     return toma(e, impacto, 0.0, 0);
 }
 
-bool ReferenciaEntidades::ofreceTriangulo(Entidad* e, const Triangulo& t)
+bool ReferenciaEntidades::ofreceTriangulo(const Entidad* e, const Triangulo& t)
 {
     const Vector3D<double> normal = cruz(t.v[1] - t.v[0], t.v[2] - t.v[0]).unit();
     if (punto(normal, direccion) < 0.0)

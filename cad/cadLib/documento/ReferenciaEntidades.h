@@ -47,14 +47,14 @@ public:
 
     // True when it took the offer: q projects inside the clip cube and lies nearer to the
     // ray than the best so far (or nothing was taken yet).
-    bool ofrecePunto(Entidad* e, const Punto3<double>& q, int tipo);
+    bool ofrecePunto(const Entidad* e, const Punto3<double>& q, int tipo);
     // The point of the segment nearest to the ray, kind 16, ranked by the distance between
     // the two infinite lines.
-    bool ofreceSegmento(Entidad* e, const Segmento& s);
+    bool ofreceSegmento(const Entidad* e, const Segmento& s);
     // The ray's hit on the plane, kind 0 at distance 0: taken whenever it projects inside.
-    bool ofrecePlano(Entidad* e, const Plano3D<double>& plano);
+    bool ofrecePlano(const Entidad* e, const Plano3D<double>& plano);
     // A triangle that faces away along the ray offers its three corners, kind 1.
-    bool ofreceTriangulo(Entidad* e, const Triangulo& t);
+    bool ofreceTriangulo(const Entidad* e, const Triangulo& t);
 
     bool enCubo(const Punto3<double>& q) const;
     double distanciaRayo(const Punto3<double>& q) const;
@@ -73,7 +73,7 @@ public:
     Matriz4<double> proyeccion;
 
 private:
-    bool toma(Entidad* e, const Punto3<double>& q, double distancia, int tipo);
+    bool toma(const Entidad* e, const Punto3<double>& q, double distancia, int tipo);
 
     Punto3<double> origenVista;
 };

@@ -6,6 +6,7 @@
 
 #include "documento/Dibujo.h"
 #include "entidades/Entidad.h"
+#include "entidades/Firmas.h"
 #include "entidades/Linea.h"
 #include "entidades/Plano.h"
 #include "entidades/Polilinea.h"
@@ -129,13 +130,16 @@ void SeleccionEntidades::quitaEntidad(uint32_t i)
 
 void SeleccionEntidades::quitaNubes()
 {
-    entidades.erase(std::remove_if(entidades.begin(), entidades.end(),
-                                   [](const Entidad* e)
-                                   { return std::strcmp(e->etiqueta(), "Np1") == 0; }),
-                    entidades.end());
+    entidades.erase(
+        std::remove_if(entidades.begin(), entidades.end(),
+                       [](const Entidad* e) { return std::strcmp(e->etiqueta(), "Np1") == 0; }),
+        entidades.end());
 }
 
-Entidad* SeleccionEntidades::getEntidad(uint32_t i) const { return entidades.at(i); }
+Entidad* SeleccionEntidades::getEntidad(uint32_t i) const
+{
+    return entidades.at(i);
+}
 
 Entidad* SeleccionEntidades::conFirma(uint32_t i, const char* firma) const
 {
@@ -188,6 +192,9 @@ PuntoControl* SeleccionEntidades::getEntidadPuntoControl(uint32_t i) const
     return static_cast<PuntoControl*>(conFirma(i, "PC1"));
 }
 
-Entidad* SeleccionEntidades::getEntidadNube(uint32_t i) const { return conFirma(i, "Np1"); }
+Entidad* SeleccionEntidades::getEntidadNube(uint32_t i) const
+{
+    return conFirma(i, "Np1");
+}
 
 }  // namespace cad

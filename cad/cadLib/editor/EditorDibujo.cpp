@@ -151,11 +151,20 @@ void EditorDibujo::dibuja(PantallaCAD& p, bool entidadesDibujadas)
             int simbolo = PantallaCAD::kMarcaPunto;
             switch (tipoMarcaReferencia)
             {
-                case 2: simbolo = PantallaCAD::kMarcaExtremo; break;
-                case 4: simbolo = PantallaCAD::kMarcaMedio; break;
-                case 8: simbolo = PantallaCAD::kMarcaCentro; break;
-                case 16: simbolo = PantallaCAD::kMarcaInterseccion; break;
-                default: break;
+                case 2:
+                    simbolo = PantallaCAD::kMarcaExtremo;
+                    break;
+                case 4:
+                    simbolo = PantallaCAD::kMarcaMedio;
+                    break;
+                case 8:
+                    simbolo = PantallaCAD::kMarcaCentro;
+                    break;
+                case 16:
+                    simbolo = PantallaCAD::kMarcaInterseccion;
+                    break;
+                default:
+                    break;
             }
             p.dibujaMarca(marcaReferencia, simbolo,
                           configuracion.color(Configuracion::kMarcaReferencia).ABGR());
@@ -189,6 +198,25 @@ void EditorDibujo::dibuja(PantallaCAD& p, bool entidadesDibujadas)
                                         px(x - h, y + h)};
         p.dibujaPolilinea(4, caja, true, colorCursor, nullptr);
     }
+}
+
+bool EditorDibujo::nuevaEntidad(Entidad* e)
+{
+    if (e == nullptr)
+    {
+        return false;
+    }
+    const auto handle = static_cast<int64_t>(reinterpret_cast<intptr_t>(e));
+    if (reactorInsercionEntidades && !reactorInsercionEntidades(handle, kEntidadInsertada))
+    {
+        return false;
+    }
+    if (!dibujo_->nuevaEntidad(e))
+    {
+        return false;
+    }
+    actualiza(kControl, false);
+    return true;
 }
 
 bool EditorDibujo::nuevaCapa(Capa* capa, bool hacerActual)
@@ -277,7 +305,10 @@ bool EditorDibujo::borraCapa(const char* nombre)
     return true;
 }
 
-bool EditorDibujo::setColorActualIndice(int indice) { return dibujo_->setColorActualIndice(indice); }
+bool EditorDibujo::setColorActualIndice(int indice)
+{
+    return dibujo_->setColorActualIndice(indice);
+}
 
 void EditorDibujo::setColorActualRGB(int32_t rgb)
 {

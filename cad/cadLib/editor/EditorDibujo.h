@@ -122,6 +122,10 @@ public:
     void teclaPulsada(int codigo, bool shift, bool control, bool alt);
     void deselecciona();
 
+    // Offers the entity to the insertion reactor, whose false is a veto (the entity then stays
+    // with the caller), and adds it to the drawing.
+    bool nuevaEntidad(Entidad* e);
+
     // Layer helpers. Each returns false when the layer does not exist.
     bool nuevaCapa(Capa* capa, bool hacerActual);
     bool posicionaCapa(Capa* capa);

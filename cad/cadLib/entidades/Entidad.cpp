@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+
 #include <strings.h>
 
 #include "base/SerializadorEscrituraBase.h"
@@ -25,13 +26,27 @@ const char* nombreTipo(const char* tag)
     // Searched in this order; the second "Pg1" row is never reached, as the file format has
     // polygons and polylines share the tag.
     static const fila_t kTabla[] = {
-        {"Pt1", "Punto"},           {"GrpPnt1", "GrupoPuntos"},   {"Poly3D1", "PoliCara3D"},
-        {"C3D", "Cara3D"},          {"Ln1", "Linea"},             {"Pg1", "Polilinea"},
-        {"PolyLn1", "Polilinea"},   {"Pg1", "Poligono"},          {"Np1", "NubePuntos"},
-        {"PC1", "PuntoControl"},    {"Cb1", "Cubo"},              {"Cl1", "Cilindro"},
-        {"Es1", "Esfera"},          {"Pr1", "Prisma"},            {"Ob1", "Objeto3D"},
-        {"MallaRegular002", "Malla"}, {"Superficie3D001", "Superficie"}, {"Pn1", "Plano3D"},
-        {"TC1", "TomaCamara"},      {"Sl1", "Sistema Local"},     {"OF1", "Ortofoto"},
+        {"Pt1", "Punto"},
+        {"GrpPnt1", "GrupoPuntos"},
+        {"Poly3D1", "PoliCara3D"},
+        {"C3D", "Cara3D"},
+        {"Ln1", "Linea"},
+        {"Pg1", "Polilinea"},
+        {"PolyLn1", "Polilinea"},
+        {"Pg1", "Poligono"},
+        {"Np1", "NubePuntos"},
+        {"PC1", "PuntoControl"},
+        {"Cb1", "Cubo"},
+        {"Cl1", "Cilindro"},
+        {"Es1", "Esfera"},
+        {"Pr1", "Prisma"},
+        {"Ob1", "Objeto3D"},
+        {"MallaRegular002", "Malla"},
+        {"Superficie3D001", "Superficie"},
+        {"Pn1", "Plano3D"},
+        {"TC1", "TomaCamara"},
+        {"Sl1", "Sistema Local"},
+        {"OF1", "Ortofoto"},
     };
     if (tag != nullptr)
     {
@@ -64,7 +79,10 @@ bool Entidad::lee(SerializadorLecturaBase& r)
     return ok;
 }
 
-void Entidad::marcaSeleccion() { estado |= kEstadoSeleccionada | kEstadoResaltada; }
+void Entidad::marcaSeleccion()
+{
+    estado |= kEstadoSeleccionada | kEstadoResaltada;
+}
 
 void Entidad::quitaSeleccion()
 {
@@ -73,7 +91,8 @@ void Entidad::quitaSeleccion()
 
 void Entidad::setSeleccionada(bool si)
 {
-    estado = si ? (estado | kEstadoSeleccionada) : (estado & ~static_cast<uint32_t>(kEstadoSeleccionada));
+    estado = si ? (estado | kEstadoSeleccionada)
+                : (estado & ~static_cast<uint32_t>(kEstadoSeleccionada));
 }
 
 void Entidad::setResaltada(bool si)
@@ -120,9 +139,15 @@ bool Entidad::getReferenciaEntidades(ReferenciaEntidades& r) const
     return false;
 }
 
-void Entidad::setMaterial(uint16_t m) { (void)m; }
+void Entidad::setMaterial(uint16_t m)
+{
+    (void)m;
+}
 
-void Entidad::setEstiloTexto(EstiloTexto* estilo) { (void)estilo; }
+void Entidad::setEstiloTexto(EstiloTexto* estilo)
+{
+    (void)estilo;
+}
 
 // ---------------------------------------------------------------------------------------
 // Common property sheet
@@ -132,7 +157,10 @@ std::string Entidad::nombreCategoria(int categoria) const
     return categoria == 0 ? "General" : "";
 }
 
-int Entidad::numeroPropiedadesCategoria(int categoria) const { return categoria == 0 ? 4 : 0; }
+int Entidad::numeroPropiedadesCategoria(int categoria) const
+{
+    return categoria == 0 ? 4 : 0;
+}
 
 bool Entidad::getPropiedad(int categoria, int indice, Prop& p) const
 {
@@ -278,9 +306,15 @@ bool Entidad::enCapa(const char* nombre) const
     return c != nullptr && nombre != nullptr && c->nombre == nombre;
 }
 
-void Entidad::asignaCapa(Capa* c) { capa.set(c, 0); }
+void Entidad::asignaCapa(Capa* c)
+{
+    capa.set(c, 0);
+}
 
-Capa* Entidad::capaEntidad() const { return capa.get(); }
+Capa* Entidad::capaEntidad() const
+{
+    return capa.get();
+}
 
 void Entidad::coordenadas(std::vector<Punto3<double>>& v) const
 {

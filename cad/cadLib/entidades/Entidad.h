@@ -29,9 +29,9 @@ struct elemento_arrastrado_t;
 // State bits of `estado`; not persisted.
 enum estado_entidad_e : uint32_t
 {
-    kEstadoSeleccionada = 1,     // paints in the dotted pass
-    kEstadoEtiquetaOculta = 4,   // control points and camera shots skip their text
-    kEstadoResaltada = 8         // dotted pass, and the hot elements are shown
+    kEstadoSeleccionada = 1,    // paints in the dotted pass
+    kEstadoEtiquetaOculta = 4,  // control points and camera shots skip their text
+    kEstadoResaltada = 8        // dotted pass, and the hot elements are shown
 };
 
 // The display name of a file tag: "Pt1" -> "Punto", any unknown tag -> "Desconocida".

@@ -101,4 +101,19 @@ void PuntosCalientes::dibuja(PantallaCAD& pantalla) const
     }
 }
 
+void PuntosCalientes::dibujaAristasYCaras(PantallaCAD& pantalla) const
+{
+    const Configuracion& c = Configuracion::instancia();
+    const uint32_t colorAristas = c.color(Configuracion::kAristasCalientes).ABGR();
+    const uint32_t colorCaras = c.color(Configuracion::kCarasCalientes).ABGR();
+    for (const auto& a : aristas)
+    {
+        pantalla.dibujaLinea(Linea3D<double>(a.first, a.second), colorAristas, nullptr);
+    }
+    for (const auto& cara : caras)
+    {
+        pantalla.dibujaPoligono(static_cast<int>(cara.size()), cara.data(), colorCaras, nullptr);
+    }
+}
+
 }  // namespace cad

@@ -52,7 +52,7 @@ struct elemento_arrastrado_t
     Punto3<double> punto;
     int32_t tipo = kTipoNinguno;
     int32_t indice = -1;
-    Punto3<double> posicion;           // the value handed to the entity
+    Punto3<double> posicion;            // the value handed to the entity
     std::vector<Punto3<double>> extra;  // what the drag remembers (an edge's ends at the grab)
     Matriz4<double> matriz;
 };
@@ -93,6 +93,8 @@ public:
     elemento_seleccionado_t masCercano(const Punto3<double>& p) const;
     // Paints the records of `puntos` in the configured hot colours.
     void dibuja(PantallaCAD& pantalla) const;
+    // Paints the hot edges and faces in their configured colours.
+    void dibujaAristasYCaras(PantallaCAD& pantalla) const;
 
     Entidad* entidad = nullptr;
     Punto3<double> base;

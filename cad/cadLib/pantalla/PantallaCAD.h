@@ -136,7 +136,8 @@ public:
     virtual void nuevaTextura(int16_t idMaterial, const char* imagen, uint32_t color,
                               float brillo) = 0;
     virtual void nuevoMaterial(int16_t idMaterial, uint32_t color, float brillo) = 0;
-    virtual void setColorMaterial(uint32_t color, float brillo) = 0;
+    // Colour, shine and opacity of the object that is being opened.
+    virtual void setColorMaterial(uint32_t color, float brillo, float opacidad) = 0;
     virtual void reservado10() {}
     virtual void setMaterial(int16_t idMaterial) = 0;
     virtual void iniciaObjeto(uint32_t color, int modo) = 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <string>
 
 namespace Fendrix
 {
@@ -11,9 +12,15 @@ class WrapDibujoCAD;
 namespace tarvelo
 {
 
-// Builds the sample drawing through the facade.
+// Builds the sample drawing through the facade: layers, materials, styles, variables, a
+// saved view and one entity of every kind the kernel has.
 void construyeDemo(Fendrix::WrapDibujoCAD& dibujo);
-// A readable summary: layers with colour name or RGB and flags, materials, styles, variables.
+// A readable summary: layers with colour name or RGB and flags, materials, styles,
+// variables, views.
 void imprimeResumen(Fendrix::WrapDibujoCAD& dibujo, std::ostream& salida);
+// Layers, entity counts by kind, extents.
+void imprimeInfo(Fendrix::WrapDibujoCAD& dibujo, std::ostream& salida);
+// Compares what a save and a load must keep; writes each difference and returns their count.
+int comparaDibujos(Fendrix::WrapDibujoCAD& a, Fendrix::WrapDibujoCAD& b, std::ostream& salida);
 
 }  // namespace tarvelo

@@ -1,0 +1,32 @@
+// Fuzz target: the document reader over arbitrary bytes, once into a new drawing and once
+// more over the document that the first read left.
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+
+#include "base/SerializadorBinarioLectura.h"
+#include "documento/Dibujo.h"
+
+namespace
+{
+
+// A reader over the bytes in place. fmemopen may refuse an empty buffer; a null stream
+// then reads nothing, which is what an empty file gives.
+void lee(cad::Dibujo& dibujo, const uint8_t* datos, size_t n)
+{
+    std::FILE* flujo = n > 0 ? fmemopen(const_cast<uint8_t*>(datos), n, "r") : nullptr;
+    cad::SerializadorBinarioLectura lector(flujo);
+    dibujo.lee(lector);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* datos, size_t n)
+{
+    cad::Dibujo dibujo;
+    dibujo.nuevoDocumento();
+    lee(dibujo, datos, n);
+    // Loading over a loaded document is what opening a second file in one editor does.
+    lee(dibujo, datos, n);
+    return 0;
+}

@@ -1,0 +1,92 @@
+// Writes the fuzz target's seed corpus: small documents that the project itself saves.
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "Fendrix/Fendrix.h"
+#include "PantallaReferencia.h"
+#include "documento/Dibujo.h"
+#include "entidades/Linea.h"
+#include "entidades/Polilinea.h"
+#include "entidades/Punto.h"
+
+namespace
+{
+
+std::vector<char> bytesDe(const std::string& ruta)
+{
+    std::ifstream f(ruta, std::ios::binary);
+    return {std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>()};
+}
+
+// Layers with palette and true colours, a hidden and a locked one, plain and textured
+// materials, text styles, variables of every kind, a view and a few entities at survey
+// coordinates.
+void llena(Fendrix::WrapDibujoCAD& dibujo, cad::PantallaReferencia& pantalla)
+{
+    dibujo.nuevoDocumento();
+    dibujo.nuevaCapa("Topografia", true);
+    dibujo.nuevaCapa("Edificios", false);
+    dibujo.nuevaCapa("Ortofoto", false);
+    dibujo.colorCapa("Edificios", 200, 40, 10);
+    dibujo.visibilidadCapa("Ortofoto", false);
+    dibujo.bloqueaCapa("Edificios", true);
+    dibujo.setGrosorLineaCapa("Topografia", 2.0);
+    dibujo.nuevoMaterial(101, 0xFF808080U, 0.25);
+    dibujo.nuevoMaterial(102, "texturas/fachada.jpg");
+    dibujo.nuevoEstiloTexto("Rotulos", "Sans", 12, true);
+    dibujo.nuevoEstiloTexto("Cotas", "Mono", 8, false);
+    dibujo.setVariable("PROYECTO", std::string("Parcela 27"));
+    dibujo.setVariable("ESCALA", 500);
+    dibujo.setVariable("FACTOR", 0.9996);
+    dibujo.setVariable("ORIGEN", 431250.0, 4581320.0, 612.5);
+    pantalla.setCamara({431250.0, 4581320.0, 1000.0}, {431250.0, 4581320.0, 0.0}, {0, 1, 0}, 2.5,
+                       0.0);
+    dibujo.guardaVistaActual("Planta");
+
+    const cad::Punto3<double> esquina{431250.0, 4581320.0, 612.5};
+    const cad::Punto3<double> contorno[] = {
+        esquina, {431260.0, 4581320.0, 612.5}, {431260.0, 4581331.0, 613.0}};
+    cad::Dibujo& d = *dibujo.mDibujo;
+    d.nuevaEntidad(new cad::Punto(esquina.x, esquina.y, esquina.z));
+    d.nuevaEntidad(new cad::Linea(esquina, {431270.0, 4581325.0, 612.0}));
+    d.nuevaEntidad(new cad::Polilinea(3, contorno));
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 2)
+    {
+        std::fprintf(stderr, "uso: %s carpeta\n", argv[0]);
+        return 2;
+    }
+    const std::string carpeta = std::string(argv[1]) + "/";
+    {
+        Fendrix::WrapDibujoCAD dibujo(nullptr, nullptr);
+        dibujo.nuevoDocumento();
+        dibujo.guarda(carpeta + "vacio.tcad");
+    }
+    cad::PantallaReferencia pantalla;
+    pantalla.grabando = false;
+    Fendrix::WrapPantallaCAD visor;
+    visor.setPantalla(&pantalla);
+    Fendrix::WrapDibujoCAD dibujo(nullptr, nullptr);
+    dibujo.setPantalla(&visor);
+    llena(dibujo, pantalla);
+    dibujo.guarda(carpeta + "completo.tcad");
+
+    // Cut inside the blocks, so that lengths promise more than the file holds.
+    const std::vector<char> completo = bytesDe(carpeta + "completo.tcad");
+    if (completo.size() < 2)
+    {
+        std::fprintf(stderr, "completo.tcad was not written\n");
+        return 1;
+    }
+    std::ofstream truncado(carpeta + "truncado.tcad", std::ios::binary);
+    truncado.write(completo.data(), static_cast<std::streamsize>(completo.size() / 2));
+    return truncado ? 0 : 1;
+}

@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Builds the fuzz preset and fuzzes the document reader for N seconds (default 60) over a
+# working copy of the seed corpus, so the committed corpus never changes. Any crash, leak,
+# timeout or excess memory fails the run; the input is left under build/fuzz/hallazgos/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+segundos="${1:-60}"
+
+./scripts/setup.sh
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz
+
+# The working corpus keeps what earlier runs found, refreshed from the committed seeds.
+trabajo=build/fuzz/corpus-trabajo
+hallazgos=build/fuzz/hallazgos
+mkdir -p "$trabajo" "$hallazgos"
+cp fuzz/corpus/* "$trabajo"/
+
+export ASAN_OPTIONS="detect_leaks=1:abort_on_error=1:${ASAN_OPTIONS:-}"
+export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1:${UBSAN_OPTIONS:-}"
+build/fuzz/fuzz/fuzz_dibujo -max_total_time="$segundos" -timeout=10 -rss_limit_mb=2048 \
+    -artifact_prefix="$hallazgos/" -print_final_stats=1 "$trabajo"

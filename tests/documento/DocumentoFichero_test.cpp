@@ -1,0 +1,507 @@
+// The document file through the facade: a drawing with every kind of entity saved, loaded and
+// saved again, proved byte for byte; the state the load restores; references that match
+// nothing; files that can't load; and the persistent ids.
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Fendrix/WrapDibujoCAD.h"
+#include "documento/Dibujo.h"
+#include "documento/Variables.h"
+#include "entidades/Plano.h"
+#include "entidades/Polilinea.h"
+#include "entidades/PuntoControl.h"
+#include "entidades/Texto.h"
+#include "soporte/FicheroTemporal.h"
+#include "soporte/PantallaGrabadora.h"
+
+namespace
+{
+
+using Bytes = std::vector<uint8_t>;
+using cad::Punto3;
+using cad::Vector3D;
+using Fendrix::WrapDibujoCAD;
+
+uint64_t num(const Bytes& b, size_t pos, int n)
+{
+    uint64_t v = 0;
+    for (int i = n - 1; i >= 0; --i)
+    {
+        v = (v << 8) | b.at(pos + static_cast<size_t>(i));
+    }
+    return v;
+}
+
+void ponNum(Bytes& b, size_t pos, uint64_t v, int n)
+{
+    for (int i = 0; i < n; ++i)
+    {
+        b.at(pos + static_cast<size_t>(i)) = static_cast<uint8_t>(v >> (8 * i));
+    }
+}
+
+void anade(Bytes& b, uint64_t v, int n)
+{
+    for (int i = 0; i < n; ++i)
+    {
+        b.push_back(static_cast<uint8_t>(v >> (8 * i)));
+    }
+}
+
+// A block as a reader finds it: a tag field of 4 bytes and 2 more while the last is not zero,
+// then a length as wide as the field's size says (or as forced).
+struct Bloque
+{
+    std::string tag;
+    size_t inicio, posLongitud;
+    int ancho;
+    size_t fin;
+    size_t cuerpo() const { return posLongitud + static_cast<size_t>(ancho); }
+};
+
+Bloque bloqueEn(const Bytes& b, size_t pos, int anchoForzado = 0)
+{
+    size_t n = 4;
+    while (b.at(pos + n - 1) != 0)
+    {
+        n += 2;
+    }
+    const int ancho = anchoForzado != 0 ? anchoForzado : (n == 4 ? 2 : (n == 8 ? 4 : 8));
+    return {reinterpret_cast<const char*>(&b[pos]), pos, pos + n, ancho,
+            pos + n + num(b, pos + n, ancho)};
+}
+
+// A section of a document file (sections have u64 lengths) by its tag.
+Bloque seccion(const Bytes& b, const std::string& tag)
+{
+    Bloque s = bloqueEn(b, 24, 8);
+    while (s.tag != tag)
+    {
+        s = bloqueEn(b, s.fin, 8);
+    }
+    return s;
+}
+
+// The item blocks of a section, in file order.
+std::vector<Bloque> items(const Bytes& b, const std::string& tag)
+{
+    const Bloque s = seccion(b, tag);
+    std::vector<Bloque> r;
+    for (size_t pos = s.posLongitud + 16; pos < s.fin; pos = r.back().fin)
+    {
+        r.push_back(bloqueEn(b, pos));
+    }
+    return r;
+}
+
+Bytes trozo(const Bytes& b, const Bloque& bl)
+{
+    return Bytes(b.begin() + static_cast<long>(bl.inicio), b.begin() + static_cast<long>(bl.fin));
+}
+
+void anadeCadena(Bytes& b, const std::string& s)
+{
+    anade(b, s.size() + (s.size() & 1), 2);
+    b.insert(b.end(), s.begin(), s.end());
+    if ((s.size() & 1) != 0)
+    {
+        b.push_back(0);
+    }
+}
+
+// One variable block: tag, u16 length, id 0, name, value.
+Bytes bloqueVariable(const char* tag, const std::string& nombre, const Bytes& valor)
+{
+    Bytes cuerpo;
+    anade(cuerpo, 0, 8);
+    anadeCadena(cuerpo, nombre);
+    cuerpo.insert(cuerpo.end(), valor.begin(), valor.end());
+    Bytes b(tag, tag + 4);
+    anade(b, 2 + cuerpo.size(), 2);
+    b.insert(b.end(), cuerpo.begin(), cuerpo.end());
+    return b;
+}
+
+Bytes texto(const std::string& s)
+{
+    Bytes b;
+    anadeCadena(b, s);
+    return b;
+}
+
+Bytes vector3(double x, double y, double z)
+{
+    Bytes b(24);
+    const double v[] = {x, y, z};
+    std::memcpy(b.data(), v, sizeof v);
+    return b;
+}
+
+// The six defaults a load puts ahead of the file's variables, with their default values.
+Bytes seisDefectos()
+{
+    Bytes r;
+    for (const Bytes& v : {bloqueVariable("VSt", "clayer", texto("0")),
+                           bloqueVariable("VSt", "cecolor", texto("256")),
+                           bloqueVariable("V3D", "orgplref", vector3(0, 0, 0)),
+                           bloqueVariable("V3D", "normplref", vector3(0, 0, 1)),
+                           bloqueVariable("VSt", "cview", texto("")),
+                           bloqueVariable("VSt", "textstyle", texto("standar"))})
+    {
+        r.insert(r.end(), v.begin(), v.end());
+    }
+    return r;
+}
+
+// `a` as a load and save cycle writes it back when the state equals the defaults: the six
+// default variables inserted ahead of the file's, with the count and the "Vbles.1" and outer
+// lengths grown to match.
+Bytes conSeisDefectos(const Bytes& a)
+{
+    Bytes b = a;
+    const Bloque v = seccion(a, "Vbles.1");
+    const Bytes seis = seisDefectos();
+    b.insert(b.begin() + static_cast<long>(v.posLongitud + 16), seis.begin(), seis.end());
+    ponNum(b, v.posLongitud, num(a, v.posLongitud, 8) + seis.size(), 8);
+    ponNum(b, v.posLongitud + 8, num(a, v.posLongitud + 8, 8) + 6, 8);
+    ponNum(b, 16, num(a, 16, 8) + seis.size(), 8);
+    return b;
+}
+
+void comparaBytes(const Bytes& obtenido, const Bytes& esperado)
+{
+    size_t i = 0;
+    while (i < obtenido.size() && i < esperado.size() && obtenido[i] == esperado[i])
+    {
+        ++i;
+    }
+    EXPECT_EQ(obtenido.size(), esperado.size());
+    EXPECT_TRUE(obtenido == esperado) << "first difference at byte " << i;
+}
+
+std::string ruta(const char* nombre)
+{
+    return cad::prueba::rutaTemporal(nombre);
+}
+
+// Every kind of entity on three layers in the default state, saved (A), loaded and saved (B):
+// B is A plus six default variables ahead of the file's (count and lengths grown), and the
+// polygon, back as a Polilinea with no vertex, writes flag 0 and count 0 where its count 4
+// stood, keeping the rest as its tail: only that byte changes.
+TEST(DocumentoFichero, cicloDeCargaYGuardadoByteAByte)
+{
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    ASSERT_TRUE(w.nuevaCapa("Ejes", true));
+    ASSERT_NE(w.nuevoPunto(1, 2, 3), 0);
+    ASSERT_NE(w.nuevoTexto("Cota 12", 4, 5, 6, WrapDibujoCAD::alineacionTexto::kAlineacionMedCen,
+                           1.5, 0.25),
+              0);
+    ASSERT_NE(w.nuevoPuntoControl("PC-1", "base", 7, 8, 9), 0);
+    ASSERT_TRUE(w.nuevaCapa("Cotas", true));
+    ASSERT_NE(w.nuevaLinea(0, 0, 0, 10, 0, 0), 0);
+    const double tres[] = {0, 0, 0, 5, 0, 0, 5, 5, 1};
+    const int64_t abierta = w.nuevaPolilinea(3, tres);
+    ASSERT_NE(abierta, 0);
+    ASSERT_NE(w.nuevaPolilinea3D({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, true), 0);
+    std::vector<double> mil;
+    for (int i = 0; i < 1000; ++i)
+    {
+        mil.insert(mil.end(), {i * 0.5, static_cast<double>(i % 7), 2.0});
+    }
+    ASSERT_NE(w.nuevaPolilinea3D(mil, false), 0);
+    ASSERT_TRUE(w.capaActual("0"));
+    ASSERT_NE(w.nuevoPoligono({1, 0, 0, 2, 0, 0, 2, 1, 0, 1, 1, 0}), 0);
+    const Punto3<double> contorno[] = {{0, 0, 0}, {4, 0, 0}, {4, 3, 1}};
+    ASSERT_TRUE(w.insertaEntidad(new cad::Plano(3, contorno)));
+    ASSERT_NE(w.nuevoSistemaLocal("Obra", {10, 20, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}), 0);
+    ASSERT_EQ(w.capaActual(), "0");
+    ASSERT_EQ(w.mDibujo->colorActual.colorCAD, 256);
+    ASSERT_EQ(w.mDibujo->estiloTextoActual()->nombre, "standar");
+    ASSERT_EQ(w.mDibujo->origenPlano, Punto3<double>(0, 0, 0));
+    ASSERT_EQ(w.mDibujo->normalPlano, Vector3D<double>(0, 0, 1));
+
+    const std::string rutaA = ruta("a.tcad");
+    const std::string rutaB = ruta("b.tcad");
+    ASSERT_TRUE(w.guarda(rutaA));
+    const Bytes a = cad::prueba::leeFichero(rutaA);
+    WrapDibujoCAD w2(nullptr, nullptr);
+    ASSERT_TRUE(w2.lee(rutaA));
+    EXPECT_TRUE(w2.hayCambios());
+    ASSERT_TRUE(w2.guarda(rutaB));
+    const Bytes b = cad::prueba::leeFichero(rutaB);
+
+    const auto entidades = items(a, "Entid.1");
+    std::vector<std::string> tags;
+    for (const Bloque& e : entidades)
+    {
+        tags.push_back(e.tag);
+    }
+    ASSERT_EQ(tags, (std::vector<std::string>{"Pt1", "Tx1", "PC1", "Ln1", "Pg1", "Pg1", "PolyLn1",
+                                              "Pg1", "Pn1", "Sl1"}));
+    const Bloque& poligono = entidades[7];
+    ASSERT_EQ(num(a, poligono.cuerpo() + 32, 4), 4U);
+    const Bytes seis = seisDefectos();
+    const size_t variables = seccion(a, "Vbles.1").posLongitud + 16;
+    ASSERT_EQ(Bytes(a.begin() + static_cast<long>(variables),
+                    a.begin() + static_cast<long>(variables + seis.size())),
+              seis)
+        << "A's first six variables are the defaults as they stand";
+    EXPECT_EQ(items(a, "Vbles.1").size(), 11U);
+    EXPECT_EQ(items(b, "Vbles.1").size(), 17U);
+
+    Bytes esperado = a;
+    esperado[poligono.cuerpo() + 32] = 0;
+    comparaBytes(b, conSeisDefectos(esperado));
+
+    std::vector<int64_t> h;
+    ASSERT_EQ(w2.getEntidades(h), 10);
+    std::vector<double> c;
+    EXPECT_EQ(w2.getVertices(h[6], c), 3000);
+    EXPECT_EQ(c[2997], 499.5);
+    EXPECT_EQ(w2.getVertices(h[7], c), 0);
+    EXPECT_NE(dynamic_cast<cad::Polilinea*>(w2.mDibujo->buscaEntidad(h[7])), nullptr);
+    EXPECT_EQ(w2.longitud(h[4]), w.longitud(abierta));
+    EXPECT_EQ(w2.numeroCapas(), 3);
+    EXPECT_EQ(w2.nombreSistemaLocal(0), "Obra");
+}
+
+// Another current layer, a true colour, another style and plane are saved into the file's
+// variables, but a load restores the defaults' state ("0", 256, "standar", (0,0,0)/(0,0,1))
+// since the defaults stand ahead; the file's copies stay behind them, and the next save
+// writes them back after six new defaults.
+TEST(DocumentoFichero, estadoQueLaCargaNoRestaura)
+{
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    ASSERT_TRUE(w.nuevaCapa("Ejes", true));
+    w.setColorActualRGB(0x12, 0x34, 0x56);
+    ASSERT_TRUE(w.nuevoEstiloTexto("Rotulos", "Arial", 12, true));
+    w.mDibujo->setPlanoReferencia(Punto3<double>(1, 2, 3), Vector3D<double>(0, 1, 0));
+    ASSERT_NE(w.nuevoPunto(1, 1, 1), 0);
+    const std::string rutaA = ruta("estado.tcad");
+    ASSERT_TRUE(w.guarda(rutaA));
+    const Bytes a = cad::prueba::leeFichero(rutaA);
+    const auto vs = items(a, "Vbles.1");
+    ASSERT_GE(vs.size(), 6U);
+    EXPECT_EQ(trozo(a, vs[0]), bloqueVariable("VSt", "clayer", texto("Ejes")));
+    EXPECT_EQ(trozo(a, vs[1]), bloqueVariable("VSt", "cecolor", texto("RGB:305420031")));
+    EXPECT_EQ(trozo(a, vs[2]), bloqueVariable("V3D", "orgplref", vector3(1, 2, 3)));
+    EXPECT_EQ(trozo(a, vs[3]), bloqueVariable("V3D", "normplref", vector3(0, 1, 0)));
+    EXPECT_EQ(trozo(a, vs[5]), bloqueVariable("VSt", "textstyle", texto("Rotulos")));
+
+    WrapDibujoCAD w2(nullptr, nullptr);
+    ASSERT_TRUE(w2.lee(rutaA));
+    cad::Dibujo& d = *w2.mDibujo;
+    EXPECT_EQ(w2.capaActual(), "0");
+    EXPECT_EQ(d.colorActual.colorCAD, 256);
+    EXPECT_EQ(d.estiloTextoActual()->nombre, "standar");
+    EXPECT_EQ(d.origenPlano, Punto3<double>(0, 0, 0));
+    EXPECT_EQ(d.normalPlano, Vector3D<double>(0, 0, 1));
+    EXPECT_NE(d.buscaCapa("Ejes"), nullptr);
+    EXPECT_NE(d.buscaEstiloTexto("Rotulos"), nullptr);
+    ASSERT_EQ(d.variables.size(), 6 + vs.size());
+    auto* copia = dynamic_cast<cad::VariableStr*>(d.variables[6]);
+    ASSERT_NE(copia, nullptr);
+    EXPECT_EQ(copia->nombre, "clayer");
+    EXPECT_EQ(copia->valor, "Ejes");
+    const std::string rutaB = ruta("estado-b.tcad");
+    ASSERT_TRUE(w2.guarda(rutaB));
+    comparaBytes(cad::prueba::leeFichero(rutaB), conSeisDefectos(a));
+}
+
+// References that match nothing after a load: a text and a control point whose style id
+// names no style keep a null style pointer (a bound one is tied up); a point whose layer id
+// names no layer keeps a null layer pointer, and the paint loop skips it.
+TEST(DocumentoFichero, referenciasSinDestino)
+{
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    const auto alin = WrapDibujoCAD::alineacionTexto::kAlineacionInfIzq;
+    const int64_t huerfano = w.nuevoTexto("huerfano", 10, 0, 0, alin, 1, 0);
+    ASSERT_NE(w.nuevoTexto("atado", 20, 0, 0, alin, 1, 0), 0);
+    const int64_t control = w.nuevoPuntoControl("PC", "c", 30, 0, 0);
+    const int64_t perdido = w.nuevoPunto(1, 1, 1);
+    ASSERT_NE(w.nuevoPunto(2, 2, 2), 0);
+    auto* t = dynamic_cast<cad::Texto*>(w.mDibujo->buscaEntidad(huerfano));
+    auto* pc = dynamic_cast<cad::PuntoControl*>(w.mDibujo->buscaEntidad(control));
+    ASSERT_NE(t, nullptr);
+    ASSERT_NE(pc, nullptr);
+    t->referenciaEstilo().set(nullptr, 0xDEADBEEFU);
+    pc->referenciaEstilo().set(nullptr, 0xDEADBEEFU);
+    w.mDibujo->buscaEntidad(perdido)->capa.set(nullptr, 0xBEEFU);
+    const std::string r = ruta("huerfanos.tcad");
+    ASSERT_TRUE(w.guarda(r));
+
+    WrapDibujoCAD w2(nullptr, nullptr);
+    ASSERT_TRUE(w2.lee(r));
+    cad::Dibujo& d = *w2.mDibujo;
+    ASSERT_EQ(d.entidades.size(), 5U);
+    auto* t2 = dynamic_cast<cad::Texto*>(d.entidades[0]);
+    auto* atado = dynamic_cast<cad::Texto*>(d.entidades[1]);
+    auto* pc2 = dynamic_cast<cad::PuntoControl*>(d.entidades[2]);
+    ASSERT_TRUE(t2 != nullptr && atado != nullptr && pc2 != nullptr);
+    EXPECT_EQ(t2->referenciaEstilo().objeto, nullptr);
+    EXPECT_EQ(t2->referenciaEstilo().id, 0xDEADBEEFU);
+    EXPECT_EQ(pc2->referenciaEstilo().objeto, nullptr);
+    EXPECT_EQ(atado->referenciaEstilo().get(), d.buscaEstiloTexto("standar"));
+    EXPECT_TRUE(d.entidades[3]->sinCapa());
+    EXPECT_EQ(d.entidades[3]->capa.id, 0xBEEFU);
+    EXPECT_EQ(d.entidades[4]->capa.get(), d.buscaCapa("0"));
+
+    cad::prueba::PantallaGrabadora p;
+    EXPECT_TRUE(d.dibuja(p));
+    std::vector<std::string> puntos;
+    for (const std::string& l : p.llamadasDe("dibujaPunto"))
+    {
+        puntos.push_back(l.substr(0, l.find(')') + 1));
+    }
+    EXPECT_EQ(std::count(puntos.begin(), puntos.end(), "dibujaPunto (2,2,2)"), 1);
+    EXPECT_EQ(std::count(puntos.begin(), puntos.end(), "dibujaPunto (1,1,1)"), 0);
+}
+
+// Empty and missing files load false. A wrong magic loads false, keeps every list and keeps
+// the outer body as unknown bytes. A section of another tag stops the load there: layers read,
+// that list emptied keeping the section's body, later lists untouched. A save into a missing
+// folder reports true and creates nothing.
+TEST(DocumentoFichero, ficherosQueNoCargan)
+{
+    WrapDibujoCAD origen(nullptr, nullptr);
+    origen.nuevoDocumento();
+    ASSERT_TRUE(origen.nuevaCapa("Ejes", false));
+    const std::string buena = ruta("buena.tcad");
+    ASSERT_TRUE(origen.guarda(buena));
+    const Bytes b = cad::prueba::leeFichero(buena);
+
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    ASSERT_NE(w.nuevoPunto(1, 1, 1), 0);
+    cad::Dibujo& d = *w.mDibujo;
+    const std::string vacio = ruta("vacio.tcad");
+    cad::prueba::escribeFichero(vacio, Bytes{});
+    EXPECT_FALSE(w.lee(vacio));
+    EXPECT_FALSE(d.documentoListo);
+    EXPECT_FALSE(w.lee(ruta("no-existe.tcad")));
+
+    Bytes magia = b;
+    magia[0] = 't';
+    const std::string rMagia = ruta("magia.tcad");
+    cad::prueba::escribeFichero(rMagia, magia);
+    EXPECT_FALSE(w.lee(rMagia));
+    EXPECT_FALSE(d.documentoListo);
+    EXPECT_EQ(d.entidades.size(), 1U);
+    EXPECT_EQ(d.capas.size(), 1U);
+    EXPECT_EQ(d.tamanoDatosDesconocidos, b.size() - 24);
+
+    Bytes seccionAjena = b;
+    const Bloque m = seccion(b, "Mater.1");
+    seccionAjena[m.inicio + 6] = '9';
+    const std::string rSeccion = ruta("seccion.tcad");
+    cad::prueba::escribeFichero(rSeccion, seccionAjena);
+    EXPECT_FALSE(w.lee(rSeccion));
+    EXPECT_EQ(d.capas.size(), 2U);
+    EXPECT_NE(d.buscaCapa("Ejes"), nullptr);
+    EXPECT_TRUE(d.materiales.empty());
+    EXPECT_EQ(d.materiales.tamanoDatosDesconocidos, m.fin - m.posLongitud - 8);
+    EXPECT_EQ(d.estilosTexto.size(), 1U);
+    EXPECT_EQ(d.entidades.size(), 1U);
+
+    const std::string sinCarpeta = ruta("no-hay-carpeta") + "/dibujo.tcad";
+    EXPECT_TRUE(origen.guarda(sinCarpeta));
+    EXPECT_FALSE(cad::prueba::existeFichero(sinCarpeta));
+}
+
+// A new document saved with no display: the working view that the new document made has
+// no view variables to fill it, so it keeps a new view's values, and those are saved.
+TEST(DocumentoFichero, vistaDeDocumentoNuevo)
+{
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    const std::string r = ruta("vista.tcad");
+    ASSERT_TRUE(w.guarda(r));
+    const Bytes a = cad::prueba::leeFichero(r);
+    const auto vs = items(a, "Vbles.1");
+    ASSERT_EQ(vs.size(), 11U);
+    const struct
+    {
+        const char* nombre;
+        double z;
+    } vista[] = {{"posVista", 1}, {"objVista", 0}, {"upVista", 1}};
+    for (size_t i = 0; i < 3; ++i)
+    {
+        EXPECT_EQ(trozo(a, vs[6 + i]),
+                  bloqueVariable("V3D", vista[i].nombre, vector3(0, 0, vista[i].z)))
+            << vista[i].nombre;
+    }
+}
+
+// The persistent ids of the layers, the materials and the text styles, in list order.
+std::vector<std::vector<uint64_t>> ids(const cad::Dibujo& d)
+{
+    std::vector<std::vector<uint64_t>> r(3);
+    for (const cad::Capa* c : d.capas)
+    {
+        r[0].push_back(c->id);
+    }
+    for (const cad::Material* m : d.materiales)
+    {
+        r[1].push_back(m->ObjetoCAD::id);
+    }
+    for (const cad::EstiloTexto* e : d.estilosTexto)
+    {
+        r[2].push_back(e->id);
+    }
+    return r;
+}
+
+bool validos(const std::vector<uint64_t>& v)
+{
+    return std::set<uint64_t>(v.begin(), v.end()).size() == v.size() &&
+           std::count(v.begin(), v.end(), 0U) == 0;
+}
+
+// Layers, materials and styles have id 0 until saved; a save gives each a unique non-zero id,
+// a second save keeps them (and writes the same bytes), a later item gets a new one without
+// moving the others, and a load brings the file's ids back.
+TEST(DocumentoFichero, idsPersistentes)
+{
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    ASSERT_TRUE(w.nuevaCapa("A", false));
+    ASSERT_TRUE(w.nuevaCapa("B", false));
+    w.nuevoMaterial(5, 0xFF00FF00U, 0.5);
+    ASSERT_TRUE(w.nuevoEstiloTexto("Rot", "Arial", 10, false));
+    const auto antes = ids(*w.mDibujo);
+    EXPECT_EQ(std::count(antes[0].begin(), antes[0].end(), 0U), 3);
+    EXPECT_EQ(std::count(antes[1].begin(), antes[1].end(), 0U), 2);
+    const std::string r1 = ruta("ids1.tcad");
+    const std::string r2 = ruta("ids2.tcad");
+    ASSERT_TRUE(w.guarda(r1));
+    const auto primero = ids(*w.mDibujo);
+    for (const auto& familia : primero)
+    {
+        EXPECT_TRUE(validos(familia));
+    }
+    ASSERT_TRUE(w.guarda(r2));
+    EXPECT_EQ(ids(*w.mDibujo), primero);
+    EXPECT_EQ(cad::prueba::leeFichero(r1), cad::prueba::leeFichero(r2));
+
+    ASSERT_TRUE(w.nuevaCapa("C", false));
+    const std::string r3 = ruta("ids3.tcad");
+    ASSERT_TRUE(w.guarda(r3));
+    const auto tercero = ids(*w.mDibujo);
+    ASSERT_EQ(tercero[0].size(), 4U);
+    EXPECT_EQ(std::vector<uint64_t>(tercero[0].begin(), tercero[0].begin() + 3), primero[0]);
+    EXPECT_TRUE(validos(tercero[0]));
+    WrapDibujoCAD w2(nullptr, nullptr);
+    ASSERT_TRUE(w2.lee(r3));
+    EXPECT_EQ(ids(*w2.mDibujo), tercero);
+}
+
+}  // namespace

@@ -1,0 +1,618 @@
+// The DXF writer: the assembled file line for line, colour and layer rules, and every misuse.
+#include "intercambio/ExportaDXF.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <limits>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Fendrix/WrapDibujoCAD.h"
+#include "base/Color.h"
+#include "base/Excepcion.h"
+#include "documento/Capa.h"
+#include "documento/Dibujo.h"
+#include "entidades/Plano.h"
+#include "soporte/EntidadPrueba.h"
+#include "soporte/FicheroTemporal.h"
+
+namespace
+{
+
+using cad::ExportaDXF;
+using cad::Excepcion;
+using cad::Punto3;
+using cad::prueba::existeFichero;
+using cad::prueba::rutaTemporal;
+
+// Files that end up well formed go where the audit test reads them.
+std::string rutaDXF(const std::string& nombre)
+{
+    const char* salida = std::getenv("CAD_TEST_SALIDA");
+    const std::filesystem::path base = salida != nullptr && *salida != '\0'
+                                           ? std::filesystem::path(salida)
+                                           : std::filesystem::temp_directory_path() / "tarvelo";
+    std::filesystem::create_directories(base / "dxf");
+    return (base / "dxf" / nombre).string();
+}
+
+std::string leeTexto(const std::string& ruta)
+{
+    const std::vector<uint8_t> bytes = cad::prueba::leeFichero(ruta);
+    return std::string(bytes.begin(), bytes.end());
+}
+
+std::vector<std::string> lineas(const std::string& texto)
+{
+    std::vector<std::string> resultado;
+    std::istringstream entrada(texto);
+    for (std::string l; std::getline(entrada, l);)
+    {
+        resultado.push_back(l);
+    }
+    return resultado;
+}
+
+// The first differing line is named; the whole text then checks the final newline too.
+void compruebaFichero(const std::string& ruta, const std::string& esperado)
+{
+    const std::string real = leeTexto(ruta);
+    const std::vector<std::string> a = lineas(real);
+    const std::vector<std::string> b = lineas(esperado);
+    for (size_t i = 0; i < a.size() && i < b.size(); ++i)
+    {
+        ASSERT_EQ(a[i], b[i]) << ruta << ", line " << i + 1;
+    }
+    EXPECT_EQ(a.size(), b.size()) << ruta;
+    EXPECT_EQ(real, esperado) << ruta;
+    EXPECT_FALSE(existeFichero(ruta + ".1")) << "temporary file left behind";
+}
+
+const std::string kCabecera =
+    "  0\nSECTION\n"
+    "  2\nHEADER\n"
+    "  9\n$ACADVER\n"
+    "  1\nAC1009\n"
+    "  0\nENDSEC\n"
+    "  0\nSECTION\n"
+    "  2\nTABLES\n"
+    "  0\nTABLE\n"
+    "  2\nLAYER\n"
+    " 70\n     1\n"
+    "  0\nLAYER\n  2\n0\n 70\n    0\n 62\n    7\n  6\nCONTINUOUS\n";
+
+// Head with layer "0", then further layers, the entities and the closing lines.
+std::string esperado(const std::string& capas, const std::string& entidades)
+{
+    return kCabecera + capas + "  0\nENDTAB\n  0\nENDSEC\n" + "  0\nSECTION\n  2\nENTITIES\n" +
+           entidades + "  0\nENDSEC\n  0\nEOF\n";
+}
+
+// Writes one file through `cuerpo` inside the ENTITIES section, on layer "0" unless changed.
+template <typename F>
+std::string escribeDXF(const std::string& nombre, F cuerpo)
+{
+    const std::string ruta = rutaDXF(nombre);
+    {
+        ExportaDXF dxf(ruta);
+        dxf.inicioEntidades();
+        dxf.setCapa("0");
+        cuerpo(dxf);
+        dxf.finEntidades();
+    }
+    return ruta;
+}
+
+// A point bound to a layer by name: enough to see the drawing hand each entity the writer.
+class PuntoDXF : public cad::prueba::EntidadPrueba
+{
+public:
+    const char* etiqueta() const override { return "tDX"; }
+    void escribe(cad::SerializadorEscrituraBase&) override {}
+    bool lee(cad::SerializadorLecturaBase&) override { return false; }
+    Entidad* clona() const override { return new PuntoDXF(*this); }
+    void dibuja(cad::PantallaCAD&) const override {}
+    void exportaDXF(ExportaDXF& dxf) const override
+    {
+        dxf.setCapa(nombreCapa);
+        dxf.punto(indiceColorCercano(), 1.0, 2.0, 3.0);
+    }
+    std::string nombreCapa;
+};
+
+// A new drawing without entities, driven by its three operations: the whole file is the
+// head, layer "0" in white (7), an empty ENTITIES section and EOF; no temporary file stays.
+TEST(ExportaDXF, DibujoSinEntidades)
+{
+    cad::Dibujo dibujo;
+    dibujo.nuevoDocumento();
+    const std::string ruta = rutaDXF("dibujo_vacio.dxf");
+    {
+        ExportaDXF dxf(ruta);
+        dibujo.inicializaDocumentoDXF(dxf);
+        EXPECT_TRUE(dibujo.exportaDocumentoDFX(dxf));
+        dibujo.finalizaDocumentoDXF(dxf);
+    }
+    compruebaFichero(ruta,
+                     "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1009\n  0\nENDSEC\n"
+                     "  0\nSECTION\n  2\nTABLES\n"
+                     "  0\nTABLE\n  2\nLAYER\n 70\n     1\n"
+                     "  0\nLAYER\n  2\n0\n 70\n    0\n 62\n    7\n  6\nCONTINUOUS\n"
+                     "  0\nENDTAB\n  0\nENDSEC\n"
+                     "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n"
+                     "  0\nEOF\n");
+}
+
+// A drawing's layers go to the table in list order with their colour index (a true colour
+// by its nearest entry), and each entity writes itself on its normalised layer.
+TEST(ExportaDXF, DibujoConCapasYEntidad)
+{
+    cad::Dibujo dibujo;
+    dibujo.nuevoDocumento();
+    cad::ColorCapa rojo;
+    rojo.setABGR(0xFF0000FEU);
+    dibujo.nuevaCapa(new cad::Capa("mi capa.1", rojo, 1));
+    dibujo.nuevaCapa(new cad::Capa("Ejes", cad::ColorCapa(5), 1));
+    auto* p = new PuntoDXF();
+    p->nombreCapa = "mi capa.1";
+    p->color.setIndiceColor(3);
+    dibujo.nuevaEntidad(p);
+    const std::string ruta = rutaDXF("dibujo_capas.dxf");
+    {
+        ExportaDXF dxf(ruta);
+        dibujo.inicializaDocumentoDXF(dxf);
+        dibujo.exportaDocumentoDFX(dxf);
+        dibujo.finalizaDocumentoDXF(dxf);
+    }
+    compruebaFichero(
+        ruta, esperado("  0\nLAYER\n  2\nmi_capa_1\n 70\n    0\n 62\n    1\n  6\nCONTINUOUS\n"
+                       "  0\nLAYER\n  2\nEjes\n 70\n    0\n 62\n    5\n  6\nCONTINUOUS\n",
+                       "  0\nPOINT\n  8\nmi_capa_1\n 62\n3\n"
+                       " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"));
+}
+
+// POINT with a colour, with colour 0 and by layer (no group 62); reals are rounded to four
+// decimals; the running extents follow every written coordinate.
+TEST(ExportaDXF, Puntos)
+{
+    const std::string ruta = escribeDXF("puntos.dxf", [](ExportaDXF& dxf) {
+        EXPECT_EQ(dxf.minimo.x, std::numeric_limits<double>::max());
+        EXPECT_EQ(dxf.maximo.z, -std::numeric_limits<double>::max());
+        dxf.punto(1, 1.23456, -2.5, 0.0);
+        dxf.punto(0, 1000000.0, 0.00004, -0.00006);
+        dxf.punto(256, -3.0, 4.0, 5.0);
+        EXPECT_EQ(dxf.minimo, Punto3<double>(-3.0, -2.5, -0.00006));
+        EXPECT_EQ(dxf.maximo, Punto3<double>(1000000.0, 4.0, 5.0));
+    });
+    compruebaFichero(ruta, esperado("",
+                                    "  0\nPOINT\n  8\n0\n 62\n1\n"
+                                    " 10\n1.2346\n 20\n-2.5000\n 30\n0.0000\n"
+                                    "  0\nPOINT\n  8\n0\n 62\n0\n"
+                                    " 10\n1000000.0000\n 20\n0.0000\n 30\n-0.0001\n"
+                                    "  0\nPOINT\n  8\n0\n"
+                                    " 10\n-3.0000\n 20\n4.0000\n 30\n5.0000\n"));
+}
+
+// LINE: the first point in 10/20/30, the second in 11/21/31.
+TEST(ExportaDXF, Linea)
+{
+    const std::string ruta = escribeDXF("linea.dxf", [](ExportaDXF& dxf) {
+        dxf.linea(5, 0.0, 0.0, 0.0, 10.0, 20.0, 30.0);
+    });
+    compruebaFichero(ruta, esperado("",
+                                    "  0\nLINE\n  8\n0\n 62\n5\n"
+                                    " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+                                    " 11\n10.0000\n 21\n20.0000\n 31\n30.0000\n"));
+}
+
+// 3DFACE: a triangle has four corners in the file, the last two equal; a quadrilateral its
+// own four; both end with group 70 as 0.
+TEST(ExportaDXF, Caras)
+{
+    const Punto3<double> esquinas[4] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 2}, {0, 1, 2}};
+    const std::string ruta = escribeDXF("caras.dxf", [&](ExportaDXF& dxf) {
+        dxf.cara(3, esquinas, 2);
+        dxf.cara(4, esquinas, 256);
+    });
+    compruebaFichero(ruta, esperado("",
+                                    "  0\n3DFACE\n  8\n0\n 62\n2\n"
+                                    " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+                                    " 11\n1.0000\n 21\n0.0000\n 31\n0.0000\n"
+                                    " 12\n1.0000\n 22\n1.0000\n 32\n2.0000\n"
+                                    " 13\n1.0000\n 23\n1.0000\n 33\n2.0000\n"
+                                    " 70\n0\n"
+                                    "  0\n3DFACE\n  8\n0\n"
+                                    " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+                                    " 11\n1.0000\n 21\n0.0000\n 31\n0.0000\n"
+                                    " 12\n1.0000\n 22\n1.0000\n 32\n2.0000\n"
+                                    " 13\n0.0000\n 23\n1.0000\n 33\n2.0000\n"
+                                    " 70\n0\n"));
+}
+
+// POLYLINE with its flags, VERTEX records (flag 32, layer, no colour) and SEQEND; closing
+// the polyline clears its flag and the group 70 bits, leaving the section flag alone.
+TEST(ExportaDXF, Polilineas)
+{
+    const std::string ruta = escribeDXF("polilineas.dxf", [](ExportaDXF& dxf) {
+        dxf.inicioPolilinea(9, 4);
+        EXPECT_EQ(dxf.estado, 0x400U | 0x100U | 9U);
+        dxf.verticePolilinea(0.0, 0.0, 1.0);
+        dxf.verticePolilinea(2.0, 0.0, 1.0);
+        dxf.verticePolilinea(2.0, 3.0, 1.0);
+        dxf.finPolilinea();
+        EXPECT_EQ(dxf.estado, 0x400U);
+        dxf.inicioPolilinea(8, 256);
+        dxf.verticePolilinea(5.0, 5.0, 0.0);
+        dxf.verticePolilinea(6.0, 5.0, 0.0);
+        dxf.finPolilinea();
+    });
+    compruebaFichero(ruta, esperado("",
+                                    "  0\nPOLYLINE\n  8\n0\n 62\n4\n 66\n     1\n 70\n     9\n"
+                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+                                    " 10\n0.0000\n 20\n0.0000\n 30\n1.0000\n"
+                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+                                    " 10\n2.0000\n 20\n0.0000\n 30\n1.0000\n"
+                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+                                    " 10\n2.0000\n 20\n3.0000\n 30\n1.0000\n"
+                                    "  0\nSEQEND\n"
+                                    "  0\nPOLYLINE\n  8\n0\n 66\n     1\n 70\n     8\n"
+                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+                                    " 10\n5.0000\n 20\n5.0000\n 30\n0.0000\n"
+                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+                                    " 10\n6.0000\n 20\n5.0000\n 30\n0.0000\n"
+                                    "  0\nSEQEND\n"));
+}
+
+// TEXT: left and unrotated has neither group 11 nor 50; right justified at 180 degrees has
+// the alignment point one unit along a = 180/180*3.1415 (so y moves by 0.0001) and group 50.
+TEST(ExportaDXF, Textos)
+{
+    const std::string ruta = escribeDXF("textos.dxf", [](ExportaDXF& dxf) {
+        dxf.texto("Hola", cad::kJustificarIzquierda, 1.0, 2.0, 3.0, 2.5, 0.0);
+        dxf.texto("Cota 12", cad::kJustificarDerecha, 10.0, 20.0, 0.0, 0.5, 180.0);
+    });
+    compruebaFichero(ruta, esperado("",
+                                    "  0\nTEXT\n  8\n0\n"
+                                    " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"
+                                    " 40\n2.5000\n 72\n0\n  1\nHola\n"
+                                    "  0\nTEXT\n  8\n0\n"
+                                    " 10\n10.0000\n 20\n20.0000\n 30\n0.0000\n"
+                                    " 11\n9.0000\n 21\n20.0001\n 31\n0.0000\n"
+                                    " 40\n0.5000\n 72\n2\n 50\n180.0000\n  1\nCota 12\n"));
+}
+
+// Multi-line text: the first line sits altura * k above the point, the next ones one unit
+// lower each. An empty line writes nothing but keeps its place, and so does an empty text.
+TEST(ExportaDXF, TextoVariasLineas)
+{
+    const std::string ruta = escribeDXF("texto_lineas.dxf", [](ExportaDXF& dxf) {
+        dxf.texto("uno\ndos", cad::kJustificarIzquierda, 1.0, 1.0, 0.0, 2.0, 0.0);
+        dxf.texto("a\n\nc", cad::kJustificarIzquierda, 5.0, 0.0, 1.0, 1.0, 90.0);
+        dxf.texto("", cad::kJustificarCentro, 0.0, 0.0, 0.0, 1.0, 0.0);
+    });
+    compruebaFichero(ruta, esperado("",
+                                    "  0\nTEXT\n  8\n0\n"
+                                    " 10\n1.0000\n 20\n3.0000\n 30\n0.0000\n"
+                                    " 40\n2.0000\n 72\n0\n  1\nuno\n"
+                                    "  0\nTEXT\n  8\n0\n"
+                                    " 10\n1.0000\n 20\n2.0000\n 30\n0.0000\n"
+                                    " 40\n2.0000\n 72\n0\n  1\ndos\n"
+                                    "  0\nTEXT\n  8\n0\n"
+                                    " 10\n7.0000\n 20\n0.0001\n 30\n1.0000\n"
+                                    " 40\n1.0000\n 72\n0\n 50\n90.0000\n  1\na\n"
+                                    "  0\nTEXT\n  8\n0\n"
+                                    " 10\n5.0000\n 20\n0.0000\n 30\n1.0000\n"
+                                    " 40\n1.0000\n 72\n0\n 50\n90.0000\n  1\nc\n"));
+}
+
+// Blanks, then points, become '_' in the table and in group 8; a layer is added once per
+// normalised name (the first colour stays), and either spelling makes it current.
+TEST(ExportaDXF, CapaNormalizada)
+{
+    EXPECT_EQ(ExportaDXF::normalizaCapa("a b.c  d.."), "a_b_c__d__");
+    const std::string ruta = escribeDXF("capas.dxf", [](ExportaDXF& dxf) {
+        dxf.nuevaCapa("mi capa.1", 3);
+        dxf.nuevaCapa("mi_capa_1", 5);
+        dxf.nuevaCapa("0", 1);
+        dxf.nuevaCapa("Sin Color", 256);
+        dxf.setCapa("mi capa.1");
+        dxf.punto(256, 0.0, 0.0, 0.0);
+        dxf.setCapa("mi_capa_1");
+        dxf.linea(256, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0);
+    });
+    compruebaFichero(
+        ruta, esperado("  0\nLAYER\n  2\nmi_capa_1\n 70\n    0\n 62\n    3\n  6\nCONTINUOUS\n"
+                       "  0\nLAYER\n  2\nSin_Color\n 70\n    0\n 62\n    256\n  6\nCONTINUOUS\n",
+                       "  0\nPOINT\n  8\nmi_capa_1\n"
+                       " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+                       "  0\nLINE\n  8\nmi_capa_1\n"
+                       " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+                       " 11\n1.0000\n 21\n1.0000\n 31\n1.0000\n"));
+}
+
+// Nearest palette entry by squared distance; on a tie the lower index wins (grey 58 lies as
+// near 8 as 250, grey 129 as near 9 as 253, white is both 7 and 255).
+TEST(ExportaDXF, IndiceColor)
+{
+    EXPECT_EQ(ExportaDXF::indiceColor(0, 0, 0), 0);
+    EXPECT_EQ(ExportaDXF::indiceColor(255, 0, 0), 1);
+    EXPECT_EQ(ExportaDXF::indiceColor(0x81, 0x56, 0x56), 15);
+    EXPECT_EQ(ExportaDXF::indiceColor(128, 0, 0), 14);
+    EXPECT_EQ(ExportaDXF::indiceColor(1, 0, 1), 0);
+    EXPECT_EQ(ExportaDXF::indiceColor(58, 58, 58), 8);
+    EXPECT_EQ(ExportaDXF::indiceColor(129, 129, 129), 9);
+    EXPECT_EQ(ExportaDXF::indiceColor(160, 160, 160), 33);
+    EXPECT_EQ(ExportaDXF::indiceColor(255, 255, 255), 7);
+}
+
+// A layer colour that is a palette index is kept as it is (even 254, whose bytes are white);
+// by layer and a true colour take the nearest entry of their bytes.
+TEST(ExportaDXF, CapaRGBA)
+{
+    ExportaDXF dxf(rutaTemporal("capa_rgba.dxf"));
+    cad::Color verdoso;
+    verdoso.setABGR(0xFF00FE01U);
+    dxf.nuevaCapaRGBA("indice", cad::Color(254));
+    dxf.nuevaCapaRGBA("por capa", cad::Color(256));
+    dxf.nuevaCapaRGBA("verdoso", verdoso);
+    ASSERT_EQ(dxf.capas.size(), 4U);
+    EXPECT_EQ(dxf.capas[0].nombre, "0");
+    EXPECT_EQ(dxf.capas[0].color, 7);
+    EXPECT_EQ(dxf.capas[1].color, 254);
+    EXPECT_EQ(dxf.capas[2].nombre, "por_capa");
+    EXPECT_EQ(dxf.capas[2].color, 7);
+    EXPECT_EQ(dxf.capas[3].color, 3);
+}
+
+// More entities than one copy block (0x40000 bytes) holds: the copy loop goes round more than
+// once and the file still ends in the section's end and EOF, nothing lost or doubled.
+TEST(ExportaDXF, FicheroMayorQueUnBloque)
+{
+    const int n = 4000;
+    const std::string ruta = escribeDXF("grande.dxf", [n](ExportaDXF& dxf) {
+        for (int i = 0; i < n; ++i)
+        {
+            dxf.linea(1, i, 0.0, 0.0, i, 1.0, 0.0);
+        }
+    });
+    std::string entidades;
+    for (int i = 0; i < n; ++i)
+    {
+        const std::string x = std::to_string(i) + ".0000";
+        entidades += "  0\nLINE\n  8\n0\n 62\n1\n 10\n" + x + "\n 20\n0.0000\n 30\n0.0000\n" +
+                     " 11\n" + x + "\n 21\n1.0000\n 31\n0.0000\n";
+    }
+    ASSERT_GT(entidades.size(), 0x40000U);
+    compruebaFichero(ruta, esperado("", entidades));
+}
+
+// ---------------------------------------------------------------------------------------
+// Misuse: each raises Excepcion; writers are closed properly afterwards so that their own
+// destructor stays quiet.
+
+// setCapa with a name the table does not have (after normalisation) is refused and the
+// current layer stays; "a b" is found as "a_b".
+TEST(ExportaDXF, CapaDesconocida)
+{
+    ExportaDXF dxf(rutaTemporal("capa_desconocida.dxf"));
+    dxf.nuevaCapa("a b", 1);
+    dxf.setCapa("a_b");
+    EXPECT_THROW(dxf.setCapa("otra"), Excepcion);
+    EXPECT_THROW(dxf.setCapa("a-b"), Excepcion);
+    EXPECT_EQ(dxf.capaActual, "a_b");
+}
+
+// Only one ENTITIES section, and no end without a start (before or after the section).
+TEST(ExportaDXF, SeccionEntidades)
+{
+    ExportaDXF dxf(rutaTemporal("seccion.dxf"));
+    EXPECT_THROW(dxf.finEntidades(), Excepcion);
+    dxf.inicioEntidades();
+    EXPECT_THROW(dxf.inicioEntidades(), Excepcion);
+    dxf.finEntidades();
+    EXPECT_THROW(dxf.finEntidades(), Excepcion);
+}
+
+// While a polyline is open a point, a line, a face, a text or a second polyline is refused;
+// nothing of them reaches the file and the polyline can still be closed.
+TEST(ExportaDXF, PolilineaAbierta)
+{
+    const Punto3<double> esquinas[3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}};
+    const std::string ruta = escribeDXF("polilinea_abierta.dxf", [&](ExportaDXF& dxf) {
+        dxf.inicioPolilinea(8, 256);
+        EXPECT_THROW(dxf.punto(1, 0.0, 0.0, 0.0), Excepcion);
+        EXPECT_THROW(dxf.linea(1, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0), Excepcion);
+        EXPECT_THROW(dxf.cara(3, esquinas, 1), Excepcion);
+        EXPECT_THROW(dxf.texto("t", 0, 0.0, 0.0, 0.0, 1.0, 0.0), Excepcion);
+        EXPECT_THROW(dxf.texto("", 0, 0.0, 0.0, 0.0, 1.0, 0.0), Excepcion);
+        EXPECT_THROW(dxf.inicioPolilinea(8, 256), Excepcion);
+        dxf.verticePolilinea(1.0, 2.0, 3.0);
+        dxf.finPolilinea();
+    });
+    compruebaFichero(ruta, esperado("",
+                                    "  0\nPOLYLINE\n  8\n0\n 66\n     1\n 70\n     8\n"
+                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+                                    " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"
+                                    "  0\nSEQEND\n"));
+}
+
+// A vertex or an end without a polyline is refused, and so is a 3D vertex on a polyline whose
+// flags lack bit 8; a new polyline does not inherit the bits of the one closed before.
+TEST(ExportaDXF, PolilineaSinCrear)
+{
+    ExportaDXF dxf(rutaTemporal("sin_crear.dxf"));
+    dxf.setCapa("0");
+    dxf.inicioEntidades();
+    EXPECT_THROW(dxf.verticePolilinea(0.0, 0.0, 0.0), Excepcion);
+    EXPECT_THROW(dxf.finPolilinea(), Excepcion);
+    dxf.inicioPolilinea(9, 1);
+    dxf.finPolilinea();
+    dxf.inicioPolilinea(1, 1);
+    EXPECT_THROW(dxf.verticePolilinea(0.0, 0.0, 0.0), Excepcion);
+    dxf.finPolilinea();
+    dxf.finEntidades();
+}
+
+// Before any setCapa every record writer is refused, and a refused record leaves nothing
+// half written: the file holds only what was written after the layer was set.
+TEST(ExportaDXF, SinCapaActual)
+{
+    const Punto3<double> esquinas[3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}};
+    const std::string ruta = rutaDXF("sin_capa.dxf");
+    {
+        ExportaDXF dxf(ruta);
+        dxf.inicioEntidades();
+        EXPECT_THROW(dxf.punto(1, 0.0, 0.0, 0.0), Excepcion);
+        EXPECT_THROW(dxf.linea(1, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0), Excepcion);
+        EXPECT_THROW(dxf.cara(3, esquinas, 1), Excepcion);
+        EXPECT_THROW(dxf.inicioPolilinea(8, 1), Excepcion);
+        EXPECT_THROW(dxf.texto("t", 0, 0.0, 0.0, 0.0, 1.0, 0.0), Excepcion);
+        EXPECT_EQ(dxf.estado, 0x400U);
+        dxf.setCapa("0");
+        dxf.punto(256, 1.0, 1.0, 1.0);
+        dxf.finEntidades();
+    }
+    compruebaFichero(ruta, esperado("",
+                                    "  0\nPOINT\n  8\n0\n"
+                                    " 10\n1.0000\n 20\n1.0000\n 30\n1.0000\n"));
+}
+
+// A writer destroyed with a polyline, or with the ENTITIES section, still open raises;
+// both handles are released first and the temporary file removed (checked under ASan).
+TEST(ExportaDXF, DestructorSinTerminar)
+{
+    const std::string ruta1 = rutaTemporal("polilinea_al_final.dxf");
+    auto* dxf = new ExportaDXF(ruta1);
+    dxf->setCapa("0");
+    dxf->inicioEntidades();
+    dxf->inicioPolilinea(8, 256);
+    dxf->finEntidades();
+    EXPECT_THROW(delete dxf, Excepcion);
+    EXPECT_FALSE(existeFichero(ruta1 + ".1"));
+    EXPECT_EQ(leeTexto(ruta1), "");
+
+    const std::string ruta2 = rutaTemporal("seccion_al_final.dxf");
+    dxf = new ExportaDXF(ruta2);
+    dxf->inicioEntidades();
+    EXPECT_THROW(delete dxf, Excepcion);
+    EXPECT_FALSE(existeFichero(ruta2 + ".1"));
+}
+
+// While another exception unwinds, the unfinished writer does not raise (that would end the
+// process): the first exception is the one that arrives.
+TEST(ExportaDXF, DestructorDuranteOtraExcepcion)
+{
+    const std::string ruta = rutaTemporal("desenrollado.dxf");
+    EXPECT_THROW(
+        {
+            ExportaDXF dxf(ruta);
+            dxf.inicioEntidades();
+            throw std::runtime_error("entidad");
+        },
+        std::runtime_error);
+    EXPECT_FALSE(existeFichero(ruta + ".1"));
+}
+
+// A file that cannot be opened crashes nothing: writes are dropped, misuse still raises,
+// nothing is assembled (an open section is not checked then), and a temporary file that did
+// open is removed.
+TEST(ExportaDXF, FicheroNoSePuedeAbrir)
+{
+    const std::string ruta = rutaTemporal("no/existe/plano.dxf");
+    {
+        ExportaDXF dxf(ruta);
+        EXPECT_EQ(dxf.final, nullptr);
+        EXPECT_EQ(dxf.temporal, nullptr);
+        dxf.setCapa("0");
+        dxf.inicioEntidades();
+        dxf.punto(1, 0.0, 0.0, 0.0);
+        dxf.texto("a\nb", 1, 0.0, 0.0, 0.0, 1.0, 30.0);
+        EXPECT_THROW(dxf.inicioEntidades(), Excepcion);
+    }
+    EXPECT_FALSE(existeFichero(ruta));
+
+    // A directory as the name: the final file fails, its ".1" beside it opens.
+    const std::string carpeta = rutaTemporal("carpeta");
+    std::filesystem::create_directories(carpeta);
+    {
+        ExportaDXF dxf(carpeta);
+        EXPECT_EQ(dxf.final, nullptr);
+        EXPECT_NE(dxf.temporal, nullptr);
+        dxf.inicioEntidades();
+        dxf.setCapa("0");
+        dxf.linea(1, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0);
+        dxf.finEntidades();
+    }
+    EXPECT_FALSE(existeFichero(carpeta + ".1"));
+}
+
+// A drawing with a point, a line, a closed polyline, a polygon, a plane and a two-line text
+// on the layer "mi capa.1", written through the facade: every record stands in the file as
+// the layout gives it, line for line (the layer named "mi_capa_1" in the table and in
+// group 8, no group 62 for colour by layer, the text's lines one unit apart downwards).
+TEST(ExportaDXFDibujo, entidadesDeCadaTipoEnUnaCapaConBlancoYPunto)
+{
+    Fendrix::WrapDibujoCAD dibujo(nullptr, nullptr);
+    dibujo.nuevoDocumento();
+    ASSERT_TRUE(dibujo.nuevaCapa("mi capa.1", true));
+    dibujo.nuevoPunto(1.0, 2.0, 3.0);
+    const int64_t linea = dibujo.nuevaLinea(0.0, 0.0, 0.0, 10.0, 0.0, 0.5);
+    dibujo.mDibujo->buscaEntidad(linea)->color.setIndiceColor(1);
+    dibujo.nuevaPolilinea3D({0.0, 0.0, 0.0, 5.0, 0.0, 0.0, 5.0, 5.0, 0.0}, true);
+    dibujo.nuevoPoligono({1.0, 1.0, 0.0, 2.0, 1.0, 0.0, 1.5, 2.0, 0.0});
+    const Punto3<double> contorno[3] = {{0, 0, 0}, {4, 0, 0}, {4, 3, 0}};
+    ASSERT_TRUE(dibujo.insertaEntidad(
+        new cad::Plano(cad::Plano3D<double>(0.0, 0.0, 1.0, 0.0), 3, contorno)));
+    dibujo.nuevoTexto("uno\ndos", 1.0, 1.0, 0.0,
+                      Fendrix::WrapDibujoCAD::alineacionTexto::kAlineacionInfIzq, 2.0, 0.0);
+
+    const std::string ruta = rutaDXF("entidades_de_cada_tipo.dxf");
+    ASSERT_TRUE(dibujo.exportaDXF(ruta));
+
+    const std::string capa = "  8\nmi_capa_1\n";
+    const auto xyz = [](const char* x, const char* y, const char* z) {
+        return std::string(" 10\n") + x + "\n 20\n" + y + "\n 30\n" + z + "\n";
+    };
+    const auto vertice = [&](const char* x, const char* y, const char* z) {
+        return "  0\nVERTEX\n 70\n    32\n" + capa + xyz(x, y, z);
+    };
+    const std::string esperado =
+        "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1009\n  0\nENDSEC\n"
+        "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nLAYER\n 70\n     1\n"
+        "  0\nLAYER\n  2\n0\n 70\n    0\n 62\n    7\n  6\nCONTINUOUS\n"
+        "  0\nLAYER\n  2\nmi_capa_1\n 70\n    0\n 62\n    7\n  6\nCONTINUOUS\n"
+        "  0\nENDTAB\n  0\nENDSEC\n"
+        "  0\nSECTION\n  2\nENTITIES\n"
+        // the point, by layer: no group 62
+        "  0\nPOINT\n" + capa + xyz("1.0000", "2.0000", "3.0000") +
+        // the line in red
+        "  0\nLINE\n" + capa + " 62\n1\n" + xyz("0.0000", "0.0000", "0.0000") +
+        " 11\n10.0000\n 21\n0.0000\n 31\n0.5000\n"
+        // the closed polyline: flags 9, its first vertex not repeated
+        "  0\nPOLYLINE\n" + capa + " 66\n     1\n 70\n     9\n" +
+        vertice("0.0000", "0.0000", "0.0000") + vertice("5.0000", "0.0000", "0.0000") +
+        vertice("5.0000", "5.0000", "0.0000") + "  0\nSEQEND\n"
+        // the polygon: flags 9 as well
+        "  0\nPOLYLINE\n" + capa + " 66\n     1\n 70\n     9\n" +
+        vertice("1.0000", "1.0000", "0.0000") + vertice("2.0000", "1.0000", "0.0000") +
+        vertice("1.5000", "2.0000", "0.0000") + "  0\nSEQEND\n"
+        // the plane: an open polyline (flags 8) over its contour
+        "  0\nPOLYLINE\n" + capa + " 66\n     1\n 70\n     8\n" +
+        vertice("0.0000", "0.0000", "0.0000") + vertice("4.0000", "0.0000", "0.0000") +
+        vertice("4.0000", "3.0000", "0.0000") + "  0\nSEQEND\n"
+        // the text's first line one height-step up (2 * cos 0 * 1 newline), the second one
+        // unit below it, not one height
+        "  0\nTEXT\n" + capa + xyz("1.0000", "3.0000", "0.0000") +
+        " 40\n2.0000\n 72\n0\n  1\nuno\n"
+        "  0\nTEXT\n" + capa + xyz("1.0000", "2.0000", "0.0000") +
+        " 40\n2.0000\n 72\n0\n  1\ndos\n"
+        "  0\nENDSEC\n  0\nEOF\n";
+    compruebaFichero(ruta, esperado);
+}
+
+}  // namespace
