@@ -17,93 +17,24 @@
 #include "entidades/Polilinea.h"
 #include "entidades/PuntoControl.h"
 #include "entidades/Texto.h"
+#include "soporte/BloquesPrueba.h"
 #include "soporte/FicheroTemporal.h"
 #include "soporte/PantallaGrabadora.h"
 
 namespace
 {
 
-using Bytes = std::vector<uint8_t>;
 using cad::Punto3;
 using cad::Vector3D;
+using cad::prueba::anade;
+using cad::prueba::Bloque;
+using cad::prueba::Bytes;
+using cad::prueba::items;
+using cad::prueba::num;
+using cad::prueba::ponNum;
+using cad::prueba::seccion;
+using cad::prueba::trozo;
 using Fendrix::WrapDibujoCAD;
-
-uint64_t num(const Bytes& b, size_t pos, int n)
-{
-    uint64_t v = 0;
-    for (int i = n - 1; i >= 0; --i)
-    {
-        v = (v << 8) | b.at(pos + static_cast<size_t>(i));
-    }
-    return v;
-}
-
-void ponNum(Bytes& b, size_t pos, uint64_t v, int n)
-{
-    for (int i = 0; i < n; ++i)
-    {
-        b.at(pos + static_cast<size_t>(i)) = static_cast<uint8_t>(v >> (8 * i));
-    }
-}
-
-void anade(Bytes& b, uint64_t v, int n)
-{
-    for (int i = 0; i < n; ++i)
-    {
-        b.push_back(static_cast<uint8_t>(v >> (8 * i)));
-    }
-}
-
-// A block as a reader finds it: a tag field of 4 bytes and 2 more while the last is not zero,
-// then a length as wide as the field's size says (or as forced).
-struct Bloque
-{
-    std::string tag;
-    size_t inicio, posLongitud;
-    int ancho;
-    size_t fin;
-    size_t cuerpo() const { return posLongitud + static_cast<size_t>(ancho); }
-};
-
-Bloque bloqueEn(const Bytes& b, size_t pos, int anchoForzado = 0)
-{
-    size_t n = 4;
-    while (b.at(pos + n - 1) != 0)
-    {
-        n += 2;
-    }
-    const int ancho = anchoForzado != 0 ? anchoForzado : (n == 4 ? 2 : (n == 8 ? 4 : 8));
-    return {reinterpret_cast<const char*>(&b[pos]), pos, pos + n, ancho,
-            pos + n + num(b, pos + n, ancho)};
-}
-
-// A section of a document file (sections have u64 lengths) by its tag.
-Bloque seccion(const Bytes& b, const std::string& tag)
-{
-    Bloque s = bloqueEn(b, 24, 8);
-    while (s.tag != tag)
-    {
-        s = bloqueEn(b, s.fin, 8);
-    }
-    return s;
-}
-
-// The item blocks of a section, in file order.
-std::vector<Bloque> items(const Bytes& b, const std::string& tag)
-{
-    const Bloque s = seccion(b, tag);
-    std::vector<Bloque> r;
-    for (size_t pos = s.posLongitud + 16; pos < s.fin; pos = r.back().fin)
-    {
-        r.push_back(bloqueEn(b, pos));
-    }
-    return r;
-}
-
-Bytes trozo(const Bytes& b, const Bloque& bl)
-{
-    return Bytes(b.begin() + static_cast<long>(bl.inicio), b.begin() + static_cast<long>(bl.fin));
-}
 
 void anadeCadena(Bytes& b, const std::string& s)
 {

@@ -15,27 +15,22 @@
 #include "documento/ReferenciaEntidades.h"
 #include "intercambio/ExportaDXF.h"
 #include "modelo/PuntosCalientes.h"
+#include "soporte/BloquesPrueba.h"
 #include "soporte/FicheroTemporal.h"
 #include "soporte/PantallaGrabadora.h"
 
 namespace
 {
 
-using Bytes = std::vector<uint8_t>;
 using cad::Punto3;
+using cad::prueba::Bytes;
 
 const std::string kRuta = cad::prueba::rutaTemporal("linea.bin");
 
 // Writes the entity in its own block, as the entity list does.
 Bytes guarda(cad::Entidad& e)
 {
-    {
-        cad::SerializadorBinarioEscritura w(kRuta);
-        std::unique_ptr<cad::BloqueSerializacion> b(w.nuevoBloque(e.etiqueta(), e.tamanoBloque()));
-        e.escribe(w);
-        e.escribeDatosDesconocidos(w);
-    }
-    return cad::prueba::leeFichero(kRuta);
+    return cad::prueba::guarda(e, kRuta);
 }
 
 // A vertical ray down through (x, y), seen through a clip cube of -10..10 drawing units.

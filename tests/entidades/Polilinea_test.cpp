@@ -16,17 +16,19 @@
 #include "entidades/Poligono.h"
 #include "intercambio/ExportaDXF.h"
 #include "modelo/PuntosCalientes.h"
+#include "soporte/BloquesPrueba.h"
 #include "soporte/FicheroTemporal.h"
 #include "soporte/PantallaGrabadora.h"
 
 namespace
 {
 
-using Bytes = std::vector<uint8_t>;
+using cad::prueba::Bytes;
+using cad::prueba::carga;
+using cad::prueba::guarda;
 using Puntos = std::vector<cad::Punto3<double>>;
 using cad::Punto3;
 
-const std::string kRuta = cad::prueba::rutaTemporal("polilinea.bin");
 // The square of side 4 on z = 0, counter-clockwise from the origin.
 const Puntos kCuadrado = {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}};
 
@@ -48,18 +50,6 @@ Puntos recta(int n)
     return v;
 }
 
-// Writes the entity in its own block, as the entity list does.
-Bytes guarda(cad::Entidad& e)
-{
-    {
-        cad::SerializadorBinarioEscritura w(kRuta);
-        std::unique_ptr<cad::BloqueSerializacion> b(w.nuevoBloque(e.etiqueta(), e.tamanoBloque()));
-        e.escribe(w);
-        e.escribeDatosDesconocidos(w);
-    }
-    return cad::prueba::leeFichero(kRuta);
-}
-
 // Claims one byte less than the file holds: a count checked against it fails one vertex
 // before the reads themselves would.
 class LectorEscaso : public cad::SerializadorBinarioLectura
@@ -72,17 +62,6 @@ public:
         return n > 0 ? n - 1 : 0;
     }
 };
-
-// Reads one block into `e` as the list does; true when the body and the block's end were
-// read. A failed body leaves the block open, as in the list.
-template <typename Lector = cad::SerializadorBinarioLectura>
-bool carga(const Bytes& bytes, cad::Entidad& e)
-{
-    cad::prueba::escribeFichero(kRuta, bytes);
-    Lector r(kRuta);
-    std::unique_ptr<cad::BloqueSerializacion> b(r.leeBloque());
-    return e.lee(r) && e.finLectura(r, b.release());
-}
 
 Bytes trozo(const Bytes& b, size_t desde, size_t n)
 {

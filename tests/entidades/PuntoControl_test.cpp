@@ -8,49 +8,23 @@
 
 #include <gtest/gtest.h>
 
-#include "base/SerializadorBinarioEscritura.h"
-#include "base/SerializadorBinarioLectura.h"
 #include "documento/Capa.h"
 #include "documento/EstiloTexto.h"
 #include "intercambio/ExportaDXF.h"
+#include "soporte/BloquesPrueba.h"
 #include "soporte/FicheroTemporal.h"
 #include "soporte/PantallaGrabadora.h"
 
 namespace
 {
 
-using Bytes = std::vector<uint8_t>;
+using cad::prueba::Bytes;
+using cad::prueba::carga;
+using cad::prueba::guarda;
+using cad::prueba::operator+;
 using cad::Punto3;
 using cad::PuntoControl;
 using Lineas = std::vector<std::string>;
-
-Bytes operator+(Bytes a, const Bytes& b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
-// Writes the entity inside its own block, as the entity list does, and reads it back so.
-Bytes guarda(cad::Entidad& e)
-{
-    const std::string ruta = cad::prueba::rutaTemporal("control.bin");
-    {
-        cad::SerializadorBinarioEscritura w(ruta);
-        std::unique_ptr<cad::BloqueSerializacion> b(w.nuevoBloque(e.etiqueta(), e.tamanoBloque()));
-        e.escribe(w);
-        e.escribeDatosDesconocidos(w);
-    }
-    return cad::prueba::leeFichero(ruta);
-}
-
-bool carga(const Bytes& bytes, cad::Entidad& e)
-{
-    const std::string ruta = cad::prueba::rutaTemporal("control.bin");
-    cad::prueba::escribeFichero(ruta, bytes);
-    cad::SerializadorBinarioLectura r(ruta);
-    std::unique_ptr<cad::BloqueSerializacion> b(r.leeBloque());
-    return e.lee(r) && e.finLectura(r, b.release());
-}
 
 cad::Capa& capaRoja()
 {
