@@ -19,5 +19,7 @@ cp fuzz/corpus/* "$trabajo"/
 
 export ASAN_OPTIONS="detect_leaks=1:abort_on_error=1:${ASAN_OPTIONS:-}"
 export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1:${UBSAN_OPTIONS:-}"
+# A fixed seed keeps the CI gate repeatable; longer runs by hand may pass another: SEMILLA=N.
 build/fuzz/fuzz/fuzz_dibujo -max_total_time="$segundos" -timeout=10 -rss_limit_mb=2048 \
+    -seed="${SEMILLA:-1}" \
     -artifact_prefix="$hallazgos/" -print_final_stats=1 "$trabajo"
