@@ -557,11 +557,8 @@ bool WrapDibujoCAD::getColorConfiguracion(colorElemento elemento, int32_t& r, in
 void WrapDibujoCAD::setColorConfiguracion(colorElemento elemento, int32_t r, int32_t g, int32_t b)
 {
     cad::Color c;
-    c.mColor.rojo = static_cast<uint8_t>(r);
-    c.mColor.verde = static_cast<uint8_t>(g);
-    c.mColor.azul = static_cast<uint8_t>(b);
-    c.mColor.alfa = 255;
-    c.colorCAD = 512;
+    c.setRGB((static_cast<uint32_t>(r & 0xFF) << 16) | (static_cast<uint32_t>(g & 0xFF) << 8) |
+             static_cast<uint32_t>(b & 0xFF));
     Configuracion::instancia().setColor(static_cast<Configuracion::color_elemento>(elemento), c);
     redibuja();
 }

@@ -48,7 +48,7 @@ const uint32_t kPaleta[256] = {
 // clang-format on
 
 const char* const kNombres[8] = {"Negro", "Rojo", "Amarillo", "Verde",
-                                 "Cian", "Azul", "Magenta", "Blanco"};
+                                 "Cian",  "Azul", "Magenta",  "Blanco"};
 
 }  // namespace
 
@@ -106,6 +106,15 @@ void Color::setABGR(uint32_t abgr)
     mColor.verde = static_cast<uint8_t>(abgr >> 8);
     mColor.azul = static_cast<uint8_t>(abgr >> 16);
     mColor.alfa = static_cast<uint8_t>(abgr >> 24);
+    colorCAD = 512;
+}
+
+void Color::setRGB(uint32_t rgb)
+{
+    mColor.rojo = static_cast<uint8_t>(rgb >> 16);
+    mColor.verde = static_cast<uint8_t>(rgb >> 8);
+    mColor.azul = static_cast<uint8_t>(rgb);
+    mColor.alfa = 255;
     colorCAD = 512;
 }
 

@@ -26,6 +26,8 @@ public:
     bool setIndiceColor(int indice);
     // Red bits 0-7, green 8-15, blue 16-23, alpha 24-31; index becomes 512.
     void setABGR(uint32_t abgr);
+    // A true colour from 0xRRGGBB (the high byte ignored): alpha 255, index 512.
+    void setRGB(uint32_t rgb);
     uint8_t rojo() const { return mColor.rojo; }
     uint8_t verde() const { return mColor.verde; }
     uint8_t azul() const { return mColor.azul; }

@@ -581,11 +581,7 @@ bool Dibujo::colorCapa(const char* nombre, uint32_t rgb)
         return false;
     }
     const uint32_t antes = c->color.RGBA();
-    c->color.mColor.rojo = static_cast<uint8_t>(rgb >> 16);
-    c->color.mColor.verde = static_cast<uint8_t>(rgb >> 8);
-    c->color.mColor.azul = static_cast<uint8_t>(rgb);
-    c->color.mColor.alfa = 255;
-    c->color.colorCAD = 512;
+    c->color.setRGB(rgb);
     // The marks go up only when the packed forms happen to match: that is how it stands, and
     // callers that want a repaint set it themselves.
     if (rgb == antes)
@@ -645,11 +641,7 @@ bool Dibujo::renombraCapa(const char* viejo, const char* nuevo)
 
 void Dibujo::setColorActualRGB(uint32_t rgb)
 {
-    colorActual.mColor.rojo = static_cast<uint8_t>(rgb >> 16);
-    colorActual.mColor.verde = static_cast<uint8_t>(rgb >> 8);
-    colorActual.mColor.azul = static_cast<uint8_t>(rgb);
-    colorActual.mColor.alfa = 255;
-    colorActual.colorCAD = 512;
+    colorActual.setRGB(rgb);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -983,12 +975,7 @@ void Dibujo::cargaEstado()
         {
             // Split as blue, green, red from low to high with alpha 255: the save wrote the
             // value alpha lowest, so the two forms differ by a byte, and that is kept.
-            const auto rgb = static_cast<uint32_t>(std::atoi(v->valor.c_str() + 4));
-            colorActual.mColor.azul = static_cast<uint8_t>(rgb);
-            colorActual.mColor.verde = static_cast<uint8_t>(rgb >> 8);
-            colorActual.mColor.rojo = static_cast<uint8_t>(rgb >> 16);
-            colorActual.mColor.alfa = 255;
-            colorActual.colorCAD = 512;
+            colorActual.setRGB(static_cast<uint32_t>(std::atoi(v->valor.c_str() + 4)));
         }
         else
         {
@@ -1024,8 +1011,8 @@ void Dibujo::cargaEstado()
     const bool hayPosicion = variables.getValor3D("posVista", vistaActual->posicion);
     const bool hayObjetivo = variables.getValor3D("objVista", vistaActual->objetivo);
     const bool hayArriba = variables.getValor3D("upVista", arriba);
-    const bool completa = hayPosicion && hayObjetivo && hayArriba && zoom != nullptr &&
-                          angulo != nullptr;
+    const bool completa =
+        hayPosicion && hayObjetivo && hayArriba && zoom != nullptr && angulo != nullptr;
     vistaActual->arriba = Vector3D<double>(arriba.x, arriba.y, arriba.z);
     if (zoom != nullptr)
     {

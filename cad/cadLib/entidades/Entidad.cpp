@@ -219,12 +219,7 @@ bool Entidad::setPropiedad(int categoria, int indice, const Prop& p)
     {
         if (p.indiceColor < 0 || p.indiceColor > 511)
         {
-            const auto v = static_cast<uint32_t>(std::atoi(p.valor.c_str()));
-            color.mColor.azul = static_cast<uint8_t>(v);
-            color.mColor.verde = static_cast<uint8_t>(v >> 8);
-            color.mColor.rojo = static_cast<uint8_t>(v >> 16);
-            color.mColor.alfa = 255;
-            color.colorCAD = 512;
+            color.setRGB(static_cast<uint32_t>(std::atoi(p.valor.c_str())));
         }
         else
         {

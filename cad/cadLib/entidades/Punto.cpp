@@ -18,12 +18,7 @@ Punto::Punto(double px, double py, double pz) : Punto3<double>(px, py, pz) {}
 
 Punto::Punto(double px, double py, double pz, int rgb) : Punto3<double>(px, py, pz)
 {
-    const auto v = static_cast<uint32_t>(rgb);
-    color.mColor.azul = static_cast<uint8_t>(v);
-    color.mColor.verde = static_cast<uint8_t>(v >> 8);
-    color.mColor.rojo = static_cast<uint8_t>(v >> 16);
-    color.mColor.alfa = 255;
-    color.colorCAD = 512;
+    color.setRGB(static_cast<uint32_t>(rgb));
 }
 
 void Punto::escribe(SerializadorEscrituraBase& w)
