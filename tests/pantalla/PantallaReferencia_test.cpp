@@ -163,8 +163,11 @@ TEST(PantallaReferenciaEventos, clicEncoladoYLeido)
     EXPECT_EQ(c.y, 310);
     EXPECT_NEAR(c.posicion.x, 20.0, 1e-9);
     EXPECT_NEAR(c.posicion.y, 10.0, 1e-9);
-    EXPECT_EQ(c.local, cad::invalido);
-    EXPECT_EQ(c.plano, cad::invalido);
+    // The raw point lies on the target's plane (z 0 here), straight under the pixel.
+    EXPECT_NEAR(c.plano.x, 20.0, 1e-9);
+    EXPECT_NEAR(c.plano.y, 10.0, 1e-9);
+    EXPECT_NEAR(c.plano.z, 0.0, 1e-9);
+    EXPECT_EQ(c.local, c.plano);
     EXPECT_EQ(c.referencia, cad::invalido);
 
     p.clic(401, 302);

@@ -402,6 +402,55 @@ public:
     // The defining points, three doubles each; the result is the number of doubles.
     int32_t getVertices(int64_t handle, std::vector<double>& coordenadas);
 
+    // --- editor: undo, command line, input and commands ---------------------------------
+    // A command operation returns when the user has finished it; while it waits, the
+    // thread's message queue runs, and the host calls back in from those messages
+    // (introPulsado, cancelaComando, painting, another command).
+    bool puedeDeshacer();
+    bool puedeRehacer();
+    // Nothing happens on an empty stack.
+    void deshacer();
+    void rehacer();
+    void cancelaComando();
+    // The line the user typed, as the answer to the prompt that shows.
+    void introPulsado(const std::string& texto);
+    // The option words of the prompt that shows, in order.
+    std::vector<std::string> listaOpciones();
+    bool lineaComandosEsperaCoordenada();
+    bool lineaComandosEsperaValor();
+    void lineaComandosLimpiaEntrada();
+    // The cursor point in the two coordinates of the view's plane; `faltaComponte` tells which
+    // drawing axis (0 x, 1 y, 2 z) is missing. False in 2D, where x and y are given.
+    bool getCursor(double& x, double& y, int32_t& faltaComponte);
+    bool getCursor3d(double& x, double& y, double& z);
+    // Asks for a value; an empty answer keeps `valDefecto`. False on cancel.
+    bool getValor(const std::string& mensaje, std::string& valor, const std::string& valDefecto);
+    bool getValor(const std::string& mensaje, double& valor, double valDefecto);
+    bool getValor(const std::string& mensaje, int32_t& valor, int32_t valDefecto);
+    bool getValor(const std::string& mensaje, bool& valor, bool valDefecto);
+    bool getPunto(const std::string& mensaje, double& x, double& y, double& z);
+    // With option words: `opcion` is the chosen option's index, -1 when a point was given.
+    bool getPunto(const std::string& mensaje, const std::vector<std::string>& opciones,
+                  int32_t& opcion, double& x, double& y, double& z);
+    // Two raw clicks, as pixel corners.
+    bool getVentana(const std::string& mensaje1, const std::string& mensaje2, int32_t& x1,
+                    int32_t& y1, int32_t& x2, int32_t& y2);
+    // Two points, snapped as the settings say.
+    bool getVentana(const std::string& mensaje1, const std::string& mensaje2, double& x1,
+                    double& y1, double& z1, double& x2, double& y2, double& z2);
+    bool getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x,
+                    double& y, double& z, double& radio);
+    bool getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x,
+                    double& y, double& z, double& xBorde, double& yBorde, double& zBorde);
+    // The commands give the count of entities they made.
+    int32_t comandoPunto();
+    int32_t comandoLinea();
+    bool comandoSeleccionaEntidades(const std::string& mensaje1, const std::string& mensaje2,
+                                    tipoSeleccion tipo);
+    // The entities the display finds in a box of kVentanaReferencia / 2 pixels to each side.
+    int64_t getEntidadBajoPixel(int32_t x, int32_t y);
+    int32_t getEntidadesBajoPixel(int32_t x, int32_t y, std::vector<int64_t>& handles);
+
     // --- hollow operations ------------------------------------------------------------
     bool liberaRecursosEntidad(int64_t handle);
     // Shows the host's context menu with the items "1", "2", "3".

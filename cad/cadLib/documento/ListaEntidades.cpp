@@ -30,6 +30,7 @@ void ListaEntidades::vacia()
         delete e;
     }
     clear();
+    ++generacion;
 }
 
 Entidad* ListaEntidades::creaEntidad(const char* tag)

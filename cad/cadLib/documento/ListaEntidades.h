@@ -1,6 +1,7 @@
 // The drawing's entities in insertion order (the painting order); the list owns them.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "base/ObjetoCAD.h"
@@ -29,8 +30,12 @@ public:
     static Entidad* creaEntidad(const char* tag);
     // Merges the boxes of all entities into `caja`, from an empty box (1,1,1)-(0,0,0).
     void extension(Rect3<double>& caja) const;
-    // Deletes every entity and empties the list.
+    // Deletes every entity and empties the list; counts one more generation.
     void vacia();
+
+    // Grows each time the list's contents are thrown away, so that holders of entity
+    // pointers (undo steps) can tell that their pointers belong to former contents.
+    uint64_t generacion = 0;
 };
 
 }  // namespace cad

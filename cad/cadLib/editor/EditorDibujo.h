@@ -1,27 +1,42 @@
-// The editor over a drawing: host callbacks, interactive scopes, messages, load and save.
+// The editor over a drawing: interactive commands, their waits, undo, picking and snapping,
+// the rubber band and the host callbacks.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
 
 #include "base/Propiedades.h"
 #include "base/geometria/Punto3.h"
+#include "base/geometria/Vector3D.h"
+#include "documento/SeleccionEntidades.h"
+#include "editor/LineaComandos.h"
+#include "entidades/SistemaLocal.h"
+#include "pantalla/PantallaCAD.h"
 
 namespace cad
 {
 
 class Capa;
+class Comando;
 class Dibujo;
 class Entidad;
-class PantallaCAD;
+class LineaElastica;
+class ModificadorVertice;
 
-// So far the editor holds what the facade needs: the callbacks, the notices to the host,
-// the text channel, the layer helpers and the document's load and save. Commands, the
-// command line, undo and snapping stand on top of this frame.
-class EditorDibujo : public Propiedades
+// An interactive command is an ordinary member function that returns when the user has
+// finished it. While it waits it spins the event pump (one step of the thread's
+// ColaMensajes per call), and the host goes on delivering typed lines, clicks, cancels,
+// repaints and even other commands to this same object from inside that pump.
+//
+// Each wait opens a scope of its own, so the host sees a kInicio/kFin pair per wait and one
+// for the command. A command started from inside the pump displaces the one that waits:
+// when it returns, the waiting scope finds `comandoInterrumpido`, reports kCancelado and
+// ends as if refused, without printing, so the outer command unwinds.
+class EditorDibujo : public Propiedades, public LineaComandos, public MenuContexto
 {
 public:
     enum actualiza_e
@@ -61,6 +76,14 @@ public:
         kEntidadBorrada = 0,
         kEntidadInsertada = 1
     };
+    // The document's cursor types (Dibujo::setTipoCursor).
+    enum tipo_cursor_e
+    {
+        kCursorIndeterminado = 0,
+        kCursorPorDefecto = 1,
+        kCursorSeleccionCoordenadas = 2,
+        kCursorSeleccionEntidades = 3
+    };
 
     using FuncionActualiza = std::function<void(actualiza_e)>;
     using FuncionSalidaTexto = std::function<void(const char*)>;
@@ -70,10 +93,11 @@ public:
         std::function<bool(int64_t, enumEdicionEntidades, int, double, double, double)>;
     using ReactorInsercionEntidades = std::function<bool(int64_t, enumInsercionEntidades)>;
 
-    // The display may be null; operations that need it say so.
+    // The display may be null; operations that need it say so. Installs the pump: one
+    // ejecutaUno() of the calling thread's ColaMensajes.
     EditorDibujo(Dibujo* dibujo, PantallaCAD* pantalla);
     // Clears the update callback first, so the last notice reaches nobody; takes every
-    // entity out of the selection and marks the view changed.
+    // entity out of the selection, marks the view changed and drops both undo stacks.
     ~EditorDibujo() override;
     EditorDibujo(const EditorDibujo&) = delete;
     EditorDibujo& operator=(const EditorDibujo&) = delete;
@@ -98,11 +122,13 @@ public:
         reactorInsercionEntidades = std::move(f);
     }
 
+    // --- frame ---------------------------------------------------------------------------
     // Notifies the host. For kPropiedades and kDocumento the notice goes only when the set
     // of selected or highlighted entities changed since the last one (or `forzar`).
     void actualiza(actualiza_e tipo, bool forzar = false);
-    // Reads a document file (UTF-8 path). False when the read failed; the drawing may then
-    // be partly replaced. Throws std::logic_error for a path that is not UTF-8.
+    // Reads a document file (UTF-8 path) and activates the local system it names. False
+    // when the read failed; the drawing may then be partly replaced. Throws
+    // std::logic_error for a path that is not UTF-8.
     bool cargaDocumento(const char* ruta);
     // Writes the state variables and the document; true also when the file didn't open.
     bool guardaDocumento(const char* ruta);
@@ -112,19 +138,88 @@ public:
     void mensaje(const char* formato, ...) __attribute__((format(printf, 2, 3)));
     // A user text by group and number, with its built-in Spanish wording.
     const char* texto(int grupo, int numero, const char* porDefecto) const;
+    // When cancelado is set: resets the input, prints "* Cancelado *", true.
+    bool cancelaEntrada();
 
-    // The overlay paint pass: snap marker and cursor glyph on top of the scene. The bool is
-    // not consulted.
+    // The overlay paint pass: rubber band, drags, snap marker, vertex marks and the cursor
+    // glyph on top of the scene. The bool is not consulted.
     void dibuja(PantallaCAD& p, bool entidadesDibujadas);
 
     bool dentroComandoInteractivo() const { return nivelComando > 0; }
     // Keys reach the editor as text and cancels; this is accepted and ignored.
     void teclaPulsada(int codigo, bool shift, bool control, bool alt);
+    // Sets cancelado and drops the drag in progress.
+    void cancelaComando() override;
     void deselecciona();
 
+    // --- scopes ----------------------------------------------------------------------------
+    void iniciaComandoInteractivo(bool transparente);
+    void finComandoInteractivo();
+
+    // --- waits ----------------------------------------------------------------------------
+    // Any typed line; false on cancel, interruption or a pump that has gone.
+    bool esperaEntrada(const char* prompt, std::string& respuesta);
+    bool entradaBool(const char* prompt, bool aceptaVacio, bool* resultado);
+    bool entradaInt(const char* prompt, bool aceptaVacio, int* resultado);
+    bool entradaDoble(const char* prompt, bool aceptaVacio, double* resultado);
+    bool entradaString(const char* prompt, bool aceptaVacio, std::string* resultado);
+    // A left click (snapped or on the active plane), typed coordinates, an option of
+    // listaOpciones() (when `opcion` is given) or a number (when `valor` is given). Enter
+    // alone ends with false and no text.
+    bool getPunto(const char* prompt, cursor_t& cursor, int* opcion, double* valor,
+                  bool abreAmbito);
+    bool getPunto(const char* prompt, cursor_t& cursor, bool abreAmbito = true);
+    // A point on the plane through `base` that faces the viewer; the reference plane stays
+    // changed afterwards.
+    bool getPuntoEnPlano(const char* prompt, const Punto3<double>& base, cursor_t& cursor);
+    // Two raw clicks; a and b get pixel (x, y) pairs.
+    bool getVentana(const char* prompt1, const char* prompt2, int* a, int* b);
+    // Two points, with the snap settings as they are.
+    bool getVentana(const char* prompt1, const char* prompt2, Punto3<double>* a,
+                    Punto3<double>* b);
+    bool getCirculo(const char* prompt1, const char* prompt2, Punto3<double>* centro,
+                    double* radio);
+    bool getCirculo(const char* prompt1, const char* prompt2, Punto3<double>* centro,
+                    Punto3<double>* borde);
+    // Adds the entities under a left click to `seleccion`; true when something was hit. An
+    // option ends the wait with false and its index in `opcion` (when given).
+    bool seleccionaEntidad(const char* prompt, SeleccionEntidades& seleccion,
+                           cursor_t* cursor = nullptr, int* opcion = nullptr);
+    // As seleccionaEntidad, refusing (without asking again) an entity of another file tag.
+    bool seleccionaEntidadTipo(const char* etiqueta, const char* prompt,
+                               SeleccionEntidades& seleccion, cursor_t* cursor = nullptr);
+    // Clicks add and highlight; Enter ends.
+    bool seleccionaEntidades(const char* prompt, SeleccionEntidades& seleccion);
+    // Window, pixel contour or sphere, then selects what lies inside.
+    bool comandoSeleccionaEntidades(const char* prompt1, const char* prompt2, seleccion_e tipo);
+    // The display's cursor, in an empty cursor_t.
+    cursor_t posicionCursor();
+    // The display's next click, its point and ray taken to drawing coordinates; `estado`
+    // 1 left, 2 right. False when there is none (or no display).
+    bool leeEvento(cursor_t& cursor, int& estado);
+
+    // --- picking and snapping --------------------------------------------------------------
+    // What a click means: the snap, else the ray's hit on the active plane. False only when
+    // neither gives a point.
+    bool compruebaPunto(cursor_t& cursor);
+    // Adds the entities in the pick box around the cursor pixel that are not yet marked.
+    bool entidadesBajoPixel(const cursor_t& cursor, SeleccionEntidades& seleccion);
+
+    // --- undo -----------------------------------------------------------------------------
+    bool puedeDeshacer() const { return !comandosDeshacer.empty(); }
+    bool puedeRehacer() const { return !comandosRehacer.empty(); }
+    // Nothing happens on an empty stack.
+    void deshacer();
+    void rehacer();
+    // Pushes the step, drops the redo side and performs the step through its rehacer.
+    void registraComando(Comando* comando);
+    void vaciaComandos();
+
     // Offers the entity to the insertion reactor, whose false is a veto (the entity then stays
-    // with the caller), and adds it to the drawing.
+    // with the caller), and inserts it as an undoable step.
     bool nuevaEntidad(Entidad* e);
+    // The undoable deletion; the reactor may veto. No update notice.
+    bool borraEntidad(Entidad* e);
 
     // Layer helpers. Each returns false when the layer does not exist.
     bool nuevaCapa(Capa* capa, bool hacerActual);
@@ -137,12 +232,32 @@ public:
     bool setColorActualIndice(int indice);
     void setColorActualRGB(int32_t rgb);
 
+    // --- local system ---------------------------------------------------------------------
+    void activaSistemaLocal(const SistemaLocal& sistema);
+    void quitaSistemaLocal();
+    SistemaLocal sistemaLocalActual() const { return sistemaLocalActivo; }
+    // From the active local system to drawing coordinates.
+    Punto3<double> aDocumento(const Punto3<double>& p) const;
+    Vector3D<double> aDocumento(const Vector3D<double>& v) const;
+
+    // --- commands -------------------------------------------------------------------------
+    // Points until refused; the count made.
+    int comandoPunto();
+    // Lines from point to point until refused; the count made.
+    int comandoLinea();
+
     float getFactorVertical() const { return factorVertical; }
     void setFactorVertical(float f) { factorVertical = f; }
 
     Dibujo* dibujo_;
     PantallaCAD* pantalla_;
+    LineaElastica* lineaElastica = nullptr;
+    std::vector<ModificadorVertice*> modificadores;
+    std::map<Entidad*, std::vector<ModificadorVertice*>*> marcasVertices;
     float factorVertical = 1.0F;
+    std::vector<Comando*> comandosDeshacer;
+    std::vector<Comando*> comandosRehacer;
+    std::function<void()> procesoEventos;
     FuncionActualiza funcionActualiza;
     FuncionSalidaTexto funcionSalidaTexto;
     ReactorComandoInteractivo reactorComandoInteractivo;
@@ -150,6 +265,8 @@ public:
     ReactorInsercionEntidades reactorInsercionEntidades;
     FuncionVisorPropiedades visorPropiedades;
     bool incluyeOcultas = false;
+    SistemaLocal sistemaLocalActivo;
+    bool haySistemaLocal = false;
     std::string ultimoMensaje;
     int32_t nivelComando = 0;
     bool comandoInterrumpido = false;
@@ -157,6 +274,32 @@ public:
     Punto3<double> marcaReferencia;
     int32_t tipoMarcaReferencia = 0;  // 0: no marker
     std::recursive_mutex seccionCritica;
+
+private:
+    // The ending every wait shares when it finds the flag: clears it, reports kCancelado
+    // and kControl. True when the wait was interrupted.
+    bool atiendeInterrupcion();
+    // Prints a pending error, then the prompt again.
+    void repiteMensaje(const char* error);
+    // Fills the cursor's plane points from its ray.
+    void proyecta(cursor_t& cursor);
+    // The reference plane through `base` facing the viewer, and the temporary plane on it.
+    void planoHaciaVista(const Punto3<double>& base);
+    // The contour capture of comandoSeleccionaEntidades, into pixels or a sphere.
+    bool capturaContorno(const char* prompt1, const char* prompt2, seleccion_e tipo,
+                         std::vector<Punto3<double>>& contorno);
+    bool seleccionaContorno(const std::vector<Punto3<double>>& contorno);
+    // The snap settings, saved and forced for a wait, then given back.
+    struct ajustesReferencia_t
+    {
+        bool global = false;
+        int32_t mascara = 0;
+    };
+    ajustesReferencia_t fuerzaReferencia(int32_t mascara);
+    void restauraReferencia(const ajustesReferencia_t& a);
 };
+
+// True when no two non-adjacent sides of the closed polygon cross (in x and y).
+bool poligonoSimple(const std::vector<Punto3<double>>& puntos);
 
 }  // namespace cad

@@ -12,6 +12,7 @@
 #include "base/geometria/Rect2.h"
 #include "base/geometria/Rect3.h"
 #include "base/geometria/Vector3D.h"
+#include "base/geometria/Vector4D.h"
 
 namespace cad
 {
@@ -199,6 +200,13 @@ public:
     virtual void zoomVentana(const Punto2<int>& esquina1, const Punto2<int>& esquina2) = 0;
     // 2D mode of the view; Dibujo::setModo2D tells the display through it.
     virtual void setModo2D(bool activo) = 0;
+    // Viewport size in pixels, for the pixel contours of selection. A display that cannot
+    // tell gives 0 by 0, and a pixel contour then contains nothing.
+    virtual void getTamanoVista(double& ancho, double& alto)
+    {
+        ancho = 0.0;
+        alto = 0.0;
+    }
 };
 
 }  // namespace cad

@@ -687,12 +687,27 @@ bool PantallaReferencia::eventoPendiente(evento_t&)
     return false;
 }
 
+void PantallaReferencia::getTamanoVista(double& anchoVista, double& altoVista)
+{
+    anchoVista = ancho;
+    altoVista = alto;
+}
+
 void PantallaReferencia::setPosicionCursor(int x, int y)
 {
     cursor = cursor_t{};
     cursor.x = x;
     cursor.y = y;
     rayo(x, y, cursor.posicion, cursor.direccion);
+    // The point under the pointer on the plane through the target that faces the ray: what
+    // a click gives when it is taken raw.
+    const double dd = cursor.direccion.dot(cursor.direccion);
+    if (cursor.posicion != invalido && dd > 0.0)
+    {
+        const double t = (objetivo - cursor.posicion).dot(cursor.direccion) / dd;
+        cursor.plano = cursor.posicion + cursor.direccion * t;
+        cursor.local = cursor.plano;
+    }
 }
 
 void PantallaReferencia::clic(int x, int y, int boton)

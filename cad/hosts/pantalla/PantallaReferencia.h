@@ -201,11 +201,14 @@ public:
     // A window with no width and no height changes nothing.
     void zoomVentana(const Punto2<int>& esquina1, const Punto2<int>& esquina2) override;
     void setModo2D(bool activo) override;
+    void getTamanoVista(double& anchoVista, double& altoVista) override;
 
     // Host side. Viewport size in pixels; sizes below 1 are ignored.
     void setTamano(int nuevoAncho, int nuevoAlto);
-    // The pointer moved: the cursor becomes pixel (x, y) with its ray, every other point
-    // `invalido`. The ray is taken now, as a pointer event would take it.
+    // The pointer moved: the cursor becomes pixel (x, y) with its ray; `plano` and `local`
+    // are the ray's point on the plane through `objetivo` square to the ray (what a raw
+    // click gives), `referencia` is `invalido`. The ray is taken now, as a pointer event
+    // would take it.
     void setPosicionCursor(int x, int y);
     // A click: moves the cursor there and queues it as a pick event with `boton` as state.
     void clic(int x, int y, int boton = kBotonIzquierdo);
