@@ -1,9 +1,9 @@
 // The typed line parsed every way it could be meant: coordinates, a number, an option.
-#include <gtest/gtest.h>
+#include "editor/LineaComandos.h"
 
 #include <string>
 
-#include "editor/LineaComandos.h"
+#include <gtest/gtest.h>
 
 namespace
 {
@@ -11,129 +11,94 @@ namespace
 using cad::LineaComandos;
 using cad::Punto3;
 
-TEST(LineaComandosCoordenadas, dosOTresCamposSonCoordenadasValidas)
+TEST(LineaComandosLectura, coordenadasPorCamposSeparadosSoloPorComas)
 {
-    LineaComandos l;
-    l.introPulsado("10,20");
-    EXPECT_TRUE(l.entradaRecibida);
-    EXPECT_FALSE(l.entradaVacia);
-    EXPECT_EQ(l.entrada, "10,20");
-    EXPECT_TRUE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(10, 20, 0));
+    // Each line on a fresh parser whose coordinates were (9,9,9): what a field does not set
+    // stays. Blanks are not delimiters, and empty fields vanish.
+    const struct
+    {
+        const char* linea;
+        bool valida;
+        Punto3<double> p;
+    } casos[] = {
+        {"10,20", true, {10, 20, 0}}, {"1,2,3", true, {1, 2, 3}}, {"a,b", true, {0, 0, 0}},
+        {"4,5,6,7", true, {4, 5, 6}}, {"1, 2", true, {1, 2, 0}},  {"5", false, {5, 9, 9}},
+        {",", false, {9, 9, 9}},      {",7", false, {7, 9, 9}},   {"7 8", false, {7, 9, 9}},
+    };
+    for (const auto& c : casos)
+    {
+        LineaComandos l;
+        l.coordenadas = Punto3<double>(9, 9, 9);
+        l.introPulsado(c.linea);
+        EXPECT_TRUE(l.entradaRecibida) << c.linea;
+        EXPECT_FALSE(l.entradaVacia) << c.linea;
+        EXPECT_EQ(l.entrada, c.linea);
+        EXPECT_EQ(l.coordenadasValidas, c.valida) << c.linea;
+        EXPECT_EQ(l.coordenadas, c.p) << c.linea;
+    }
 
-    l.introPulsado("1,2,3");
-    EXPECT_TRUE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(1, 2, 3));
+    // An empty line only marks itself: the former coordinates stand.
+    LineaComandos v;
+    v.introPulsado("3,4");
+    v.introPulsado("");
+    EXPECT_TRUE(v.entradaRecibida && v.entradaVacia && v.coordenadasValidas);
+    EXPECT_EQ(v.coordenadas, Punto3<double>(3, 4, 0));
 
-    // Two fields put z back to 0; words read as 0 and still count as fields.
-    l.introPulsado("a,b");
-    EXPECT_TRUE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(0, 0, 0));
-
-    // Beyond the third, fields are ignored.
-    l.introPulsado("4,5,6,7");
-    EXPECT_TRUE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(4, 5, 6));
-
-    // Only the comma splits: a blank after it is part of the field, a blank alone is not a
-    // delimiter.
-    l.introPulsado("1, 2");
-    EXPECT_TRUE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(1, 2, 0));
-    l.introPulsado("7 8");
-    EXPECT_FALSE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas.x, 7.0);
-    EXPECT_EQ(l.coordenadas.y, 2.0);
-}
-
-TEST(LineaComandosCoordenadas, unCampoCambiaXSinSerValidoYLaComaSolaNoDaNinguno)
-{
-    LineaComandos l;
-    l.introPulsado("1,2,3");
-    l.introPulsado("5");
-    EXPECT_FALSE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(5, 2, 3));
-
-    l.introPulsado(",");
-    EXPECT_FALSE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(5, 2, 3));
-    EXPECT_FALSE(l.valorValido);
-
-    // Empty fields vanish: ",9" is a single field, x.
-    l.introPulsado(",9");
-    EXPECT_FALSE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas.x, 9.0);
-}
-
-TEST(LineaComandosCoordenadas, sinEsperarCoordenadasLaLineaNoSeParte)
-{
+    // Not expecting coordinates, the line is not split at all.
     LineaComandos l;
     l.esperaCoordenadas = false;
     l.introPulsado("1,2");
     EXPECT_FALSE(l.coordenadasValidas);
     EXPECT_EQ(l.coordenadas, Punto3<double>(0, 0, 0));
-    // Read as a number instead, it stops at the comma.
-    EXPECT_EQ(l.valor, 1.0);
-    EXPECT_FALSE(l.valorValido);
 }
 
-TEST(LineaComandosValor, elNumeroDebeOcuparLaLineaEntera)
+TEST(LineaComandosLectura, elValorDebeOcuparLaLineaEnteraYNoSePruebaConCoordenadas)
 {
-    LineaComandos l;
-    EXPECT_TRUE(l.esperaRecibirValor());
-    l.introPulsado("12");
-    EXPECT_TRUE(l.valorValido);
-    EXPECT_EQ(l.valor, 12.0);
-
-    l.introPulsado("-2.5e1");
-    EXPECT_TRUE(l.valorValido);
-    EXPECT_EQ(l.valor, -25.0);
-
-    l.introPulsado("12abc");
-    EXPECT_FALSE(l.valorValido);
-    EXPECT_EQ(l.valor, 12.0);
-
-    // Valid coordinates are never tried as a number.
-    LineaComandos c;
-    c.valor = 7.0;
-    c.introPulsado("1,2");
-    EXPECT_TRUE(c.coordenadasValidas);
-    EXPECT_FALSE(c.valorValido);
-    EXPECT_EQ(c.valor, 7.0);
+    // Each on a fresh parser whose value was -1: valid coordinates are not tried as a number.
+    const struct
+    {
+        const char* linea;
+        bool valido;
+        double valor;
+    } casos[] = {
+        {"12", true, 12.0}, {"-2.5e1", true, -25.0}, {"12abc", false, 12.0},
+        {",", false, 0.0},  {"7 8", false, 7.0},     {"1,2", false, -1.0},
+    };
+    for (const auto& c : casos)
+    {
+        LineaComandos l;
+        l.valor = -1.0;
+        l.introPulsado(c.linea);
+        EXPECT_EQ(l.valorValido, c.valido) << c.linea;
+        EXPECT_EQ(l.valor, c.valor) << c.linea;
+    }
 }
 
-TEST(LineaComandosValor, laLineaVaciaSoloMarcaEntradaVacia)
-{
-    LineaComandos l;
-    l.introPulsado("3,4");
-    l.opcion = 2;
-    l.introPulsado("");
-    EXPECT_TRUE(l.entradaRecibida);
-    EXPECT_TRUE(l.entradaVacia);
-    EXPECT_EQ(l.entrada, "");
-    EXPECT_EQ(l.opcion, -1);
-    // Nothing is parsed: the former coordinates stand.
-    EXPECT_TRUE(l.coordenadasValidas);
-    EXPECT_EQ(l.coordenadas, Punto3<double>(3, 4, 0));
-}
-
-TEST(LineaComandosOpciones, lasMayusculasDeLaPalabraSonSuFormaCorta)
+TEST(LineaComandosOpciones, lasMayusculasAaZDeLaPalabraSonSuFormaCorta)
 {
     LineaComandos l;
     EXPECT_EQ(l.nuevaOpcion("Borrar"), 0);
     EXPECT_EQ(l.nuevaOpcion("insertar(Despues)"), 1);
     EXPECT_EQ(l.nuevaOpcion("Insertar(antes)"), 2);
-    ASSERT_EQ(l.listaOpciones().size(), 3U);
+    EXPECT_EQ(l.nuevaOpcion("Cerrar"), 3);
+    EXPECT_EQ(l.nuevaOpcion("Continuar"), 4);
+    EXPECT_EQ(l.nuevaOpcion("Punto3D"), 5);
+    EXPECT_EQ(l.nuevaOpcion("ÉxitoX"), 6);
+    EXPECT_EQ(l.nuevaOpcion("nada"), 7);
+    ASSERT_EQ(l.listaOpciones().size(), 8U);
 
+    // "C" answers the first of the two options whose capitals are both C.
     const struct
     {
         const char* linea;
         int opcion;
     } casos[] = {
-        {"d", 1},  {"D", 1},  {"insertar(despues)", 1}, {"INSERTAR(DESPUES)", 1},
-        {"insertar", -1},     {"de", -1},               {"b", 0},
-        {"BORRAR", 0},        {"I", 2},                 {"insertar(antes)", 2},
-        {"x", -1},
+        // clang-format off
+        {"d", 1},         {"D", 1},   {"insertar(despues)", 1}, {"INSERTAR(DESPUES)", 1},
+        {"insertar", -1}, {"de", -1}, {"b", 0},                 {"I", 2},
+        {"C", 3},         {"continuar", 4},  {"pd", 5},         {"p", -1},
+        {"P3D", -1},      {"x", 6},   {"n", -1},                {"NADA", 7},
+        // clang-format on
     };
     for (const auto& c : casos)
     {
@@ -142,42 +107,10 @@ TEST(LineaComandosOpciones, lasMayusculasDeLaPalabraSonSuFormaCorta)
     }
 }
 
-TEST(LineaComandosOpciones, laPrimeraCoincidenciaGanaYSoloCuentanLasLetrasAaZ)
-{
-    LineaComandos l;
-    l.nuevaOpcion("Cerrar");
-    l.nuevaOpcion("Continuar");
-    l.introPulsado("C");
-    EXPECT_EQ(l.opcion, 0);
-    l.introPulsado("continuar");
-    EXPECT_EQ(l.opcion, 1);
-
-    // Digits and accented capitals are not part of the short form.
-    LineaComandos m;
-    m.nuevaOpcion("Punto3D");
-    m.nuevaOpcion("ÉxitoX");
-    m.introPulsado("pd");
-    EXPECT_EQ(m.opcion, 0);
-    m.introPulsado("P3D");
-    EXPECT_EQ(m.opcion, -1);
-    m.introPulsado("x");
-    EXPECT_EQ(m.opcion, 1);
-
-    // Without capitals only the whole word answers.
-    LineaComandos n;
-    n.nuevaOpcion("borrar");
-    n.introPulsado("b");
-    EXPECT_EQ(n.opcion, -1);
-    n.introPulsado("");
-    EXPECT_EQ(n.opcion, -1);
-    n.introPulsado("Borrar");
-    EXPECT_EQ(n.opcion, 0);
-}
-
 TEST(LineaComandosOpciones, textoOpcionesUneConBarra)
 {
     LineaComandos l;
-    std::string texto = "previo";
+    std::string texto;
     EXPECT_FALSE(l.textoOpciones(texto));
     l.nuevaOpcion("Borrar");
     l.nuevaOpcion("insertar(Despues)");
@@ -185,66 +118,44 @@ TEST(LineaComandosOpciones, textoOpcionesUneConBarra)
     EXPECT_EQ(texto, "Borrar/insertar(Despues)");
 }
 
-TEST(LineaComandosReinicio, cadaReinicioBorraLoSuyo)
+TEST(LineaComandosReinicio, cadaReinicioBorraLoSuyoYCancelarSoloLevantaSuBandera)
 {
-    const auto cargada = [](LineaComandos& l)
+    const struct
     {
+        void (LineaComandos::*reinicio)();
+        bool esperaCoordenadas;
+        size_t opciones;
+    } casos[] = {{&LineaComandos::limpiaEntrada, true, 1},
+                 {&LineaComandos::borraEntradaLineaComandos, false, 1},
+                 {&LineaComandos::limpiaEntradaCompleta, true, 0}};
+    for (const auto& c : casos)
+    {
+        LineaComandos l;
         l.nuevaOpcion("Borrar");
         l.introPulsado("b");
-        l.valorValido = true;
-        l.entradaVacia = true;
-        l.coordenadasValidas = true;
+        l.valorValido = l.entradaVacia = l.coordenadasValidas = true;
         l.esperaCoordenadas = false;
-        l.cancelado = true;
-        l.terminado = true;
-    };
-    const auto vacia = [](const LineaComandos& l)
-    {
-        EXPECT_FALSE(l.valorValido);
-        EXPECT_FALSE(l.coordenadasValidas);
-        EXPECT_FALSE(l.entradaRecibida);
-        EXPECT_FALSE(l.entradaVacia);
+        l.cancelado = l.terminado = true;
+        (l.*c.reinicio)();
+        EXPECT_FALSE(l.valorValido || l.coordenadasValidas || l.entradaRecibida || l.entradaVacia);
         EXPECT_EQ(l.opcion, -1);
         EXPECT_EQ(l.entrada, "");
+        EXPECT_EQ(l.esperaRecibirCoordenadas(), c.esperaCoordenadas);
+        EXPECT_EQ(l.listaOpciones().size(), c.opciones);
         // The flags of the wait are not input.
-        EXPECT_TRUE(l.cancelado);
-        EXPECT_TRUE(l.terminado);
-    };
+        EXPECT_TRUE(l.cancelado && l.terminado);
+        EXPECT_TRUE(l.esperaRecibirValor());
+    }
 
-    LineaComandos a;
-    cargada(a);
-    a.limpiaEntrada();
-    vacia(a);
-    EXPECT_TRUE(a.esperaRecibirCoordenadas());
-    EXPECT_EQ(a.listaOpciones().size(), 1U);
-
-    LineaComandos b;
-    cargada(b);
-    b.borraEntradaLineaComandos();
-    vacia(b);
-    EXPECT_FALSE(b.esperaRecibirCoordenadas());
-    EXPECT_EQ(b.listaOpciones().size(), 1U);
-
-    LineaComandos c;
-    cargada(c);
-    c.limpiaEntradaCompleta();
-    vacia(c);
-    EXPECT_TRUE(c.esperaRecibirCoordenadas());
-    EXPECT_TRUE(c.listaOpciones().empty());
-}
-
-TEST(LineaComandosReinicio, cancelaComandoDeLaBaseSoloLevantaCancelado)
-{
-    LineaComandos l;
-    l.nuevaOpcion("Borrar");
-    l.introPulsado("b");
-    l.cancelaComando();
-    EXPECT_TRUE(l.cancelado);
-    EXPECT_FALSE(l.terminado);
-    EXPECT_TRUE(l.entradaRecibida);
-    EXPECT_EQ(l.entrada, "b");
-    EXPECT_EQ(l.opcion, 0);
-    EXPECT_EQ(l.listaOpciones().size(), 1U);
+    LineaComandos d;
+    d.nuevaOpcion("Borrar");
+    d.introPulsado("b");
+    d.cancelaComando();
+    EXPECT_TRUE(d.cancelado);
+    EXPECT_FALSE(d.terminado);
+    EXPECT_TRUE(d.entradaRecibida);
+    EXPECT_EQ(d.opcion, 0);
+    EXPECT_EQ(d.listaOpciones().size(), 1U);
 }
 
 }  // namespace

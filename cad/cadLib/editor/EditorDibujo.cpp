@@ -97,7 +97,9 @@ void EditorDibujo::actualiza(actualiza_e tipo, bool forzar)
             seleccion.push_back(e);
         }
     }
-    if (forzar || ultimo.dibujo != dibujo_ || seleccion != ultimo.entidades)
+    // The record is the process's, so a second drawing with the same selection (say, none)
+    // causes no notice either.
+    if (forzar || seleccion != ultimo.entidades)
     {
         ultimo.dibujo = dibujo_;
         ultimo.entidades = std::move(seleccion);
@@ -376,6 +378,45 @@ void EditorDibujo::finComandoInteractivo()
     actualiza(kControl, false);
 }
 
+bool EditorDibujo::finEspera(bool interrupcionAntes)
+{
+    if (cancelado)
+    {
+        limpiaEntradaCompleta();
+        mensaje("%s", texto(4, 16, kTextoCancelado));
+        return true;
+    }
+    if (interrupcionAntes && atiendeInterrupcion())
+    {
+        return true;
+    }
+    if (terminado)
+    {
+        limpiaEntradaCompleta();
+        return true;
+    }
+    return !interrupcionAntes && atiendeInterrupcion();
+}
+
+void EditorDibujo::descartaEvento()
+{
+    cursor_t descarte;
+    int estado = 0;
+    leeEvento(descarte, estado);
+}
+
+bool EditorDibujo::tomaCoordenadas(cursor_t& cursor)
+{
+    if (!coordenadasValidas)
+    {
+        return false;
+    }
+    // Typed coordinates are never snapped nor projected on the plane.
+    cursor.posicion = coordenadas;
+    cursor.referencia = aDocumento(coordenadas);
+    return true;
+}
+
 bool EditorDibujo::atiendeInterrupcion()
 {
     if (!comandoInterrumpido)
@@ -405,6 +446,8 @@ void EditorDibujo::repiteMensaje(const char* error)
 bool EditorDibujo::esperaEntrada(const char* prompt, std::string& respuesta)
 {
     iniciaComandoInteractivo(false);
+    // A line left over from an earlier wait (the Enter that ended a point loop) is no answer.
+    limpiaEntrada();
     mensaje("%s", prompt);
     bool resultado = false;
     bool anulado = false;
@@ -437,7 +480,8 @@ bool EditorDibujo::esperaEntrada(const char* prompt, std::string& respuesta)
     return resultado;
 }
 
-bool EditorDibujo::entradaBool(const char* prompt, bool aceptaVacio, bool* resultado)
+bool EditorDibujo::entradaTecleada(const char* prompt, bool aceptaVacio,
+                                   const std::function<const char*(const std::string&)>& toma)
 {
     for (;;)
     {
@@ -454,93 +498,73 @@ bool EditorDibujo::entradaBool(const char* prompt, bool aceptaVacio, bool* resul
             }
             continue;
         }
-        if (linea[0] == 'S' || linea[0] == 's')
+        const char* error = toma(linea);
+        if (error == nullptr)
         {
-            *resultado = true;
             return true;
         }
-        if (linea[0] == 'N' || linea[0] == 'n')
-        {
-            *resultado = false;
-            return true;
-        }
-        mensaje("Conteste Si o No");
+        mensaje("%s", error);
     }
+}
+
+bool EditorDibujo::entradaBool(const char* prompt, bool aceptaVacio, bool* resultado)
+{
+    return entradaTecleada(prompt, aceptaVacio,
+                           [resultado](const std::string& linea) -> const char*
+                           {
+                               if (linea[0] == 'S' || linea[0] == 's')
+                               {
+                                   *resultado = true;
+                                   return nullptr;
+                               }
+                               if (linea[0] == 'N' || linea[0] == 'n')
+                               {
+                                   *resultado = false;
+                                   return nullptr;
+                               }
+                               return "Conteste Si o No";
+                           });
 }
 
 bool EditorDibujo::entradaInt(const char* prompt, bool aceptaVacio, int* resultado)
 {
-    for (;;)
-    {
-        std::string linea;
-        if (!esperaEntrada(prompt, linea))
-        {
-            return false;
-        }
-        if (linea.empty())
-        {
-            if (aceptaVacio)
-            {
-                return true;
-            }
-            continue;
-        }
-        const int v = std::atoi(linea.c_str());
-        if (v != 0 || linea[0] == '0')
-        {
-            *resultado = v;
-            return true;
-        }
-        mensaje("Introduzca un número entero");
-    }
+    return entradaTecleada(prompt, aceptaVacio,
+                           [resultado](const std::string& linea) -> const char*
+                           {
+                               // atoi gives 0 for a word: only a leading '0' makes 0 an answer.
+                               const int v = std::atoi(linea.c_str());
+                               if (v == 0 && linea[0] != '0')
+                               {
+                                   return "Introduzca un número entero";
+                               }
+                               *resultado = v;
+                               return nullptr;
+                           });
 }
 
 bool EditorDibujo::entradaDoble(const char* prompt, bool aceptaVacio, double* resultado)
 {
-    for (;;)
-    {
-        std::string linea;
-        if (!esperaEntrada(prompt, linea))
-        {
-            return false;
-        }
-        if (linea.empty())
-        {
-            if (aceptaVacio)
-            {
-                return true;
-            }
-            continue;
-        }
-        const double v = std::atof(linea.c_str());
-        if (v != 0.0 || linea[0] == '0')
-        {
-            *resultado = v;
-            return true;
-        }
-        mensaje("Introduzca un número decimal");
-    }
+    return entradaTecleada(prompt, aceptaVacio,
+                           [resultado](const std::string& linea) -> const char*
+                           {
+                               const double v = std::atof(linea.c_str());
+                               if (v == 0.0 && linea[0] != '0')
+                               {
+                                   return "Introduzca un número decimal";
+                               }
+                               *resultado = v;
+                               return nullptr;
+                           });
 }
 
 bool EditorDibujo::entradaString(const char* prompt, bool aceptaVacio, std::string* resultado)
 {
-    for (;;)
-    {
-        std::string linea;
-        if (!esperaEntrada(prompt, linea))
-        {
-            return false;
-        }
-        if (!linea.empty())
-        {
-            *resultado = linea;
-            return true;
-        }
-        if (aceptaVacio)
-        {
-            return true;
-        }
-    }
+    return entradaTecleada(prompt, aceptaVacio,
+                           [resultado](const std::string& linea) -> const char*
+                           {
+                               *resultado = linea;
+                               return nullptr;
+                           });
 }
 
 // -------------------------------------------------------------------------------------------
@@ -558,11 +582,7 @@ bool EditorDibujo::getPunto(const char* prompt, cursor_t& cursor, int* opcionEle
     {
         iniciaComandoInteractivo(false);
     }
-    {
-        cursor_t descarte;
-        int estado = 0;
-        leeEvento(descarte, estado);
-    }
+    descartaEvento();
     limpiaEntrada();
     const int32_t tipoCursor = dibujo_->setTipoCursor(kCursorSeleccionCoordenadas);
     mensaje("%s", prompt);
@@ -570,18 +590,7 @@ bool EditorDibujo::getPunto(const char* prompt, cursor_t& cursor, int* opcionEle
     while (procesoEventos)
     {
         procesoEventos();
-        if (cancelado)
-        {
-            limpiaEntradaCompleta();
-            mensaje("%s", texto(4, 16, kTextoCancelado));
-            break;
-        }
-        if (terminado)
-        {
-            limpiaEntradaCompleta();
-            break;
-        }
-        if (atiendeInterrupcion())
+        if (finEspera(false))
         {
             break;
         }
@@ -613,11 +622,8 @@ bool EditorDibujo::getPunto(const char* prompt, cursor_t& cursor, int* opcionEle
             {
                 break;
             }
-            if (coordenadasValidas)
+            if (tomaCoordenadas(cursor))
             {
-                // Typed coordinates are never snapped nor projected on the plane.
-                cursor.posicion = coordenadas;
-                cursor.referencia = aDocumento(coordenadas);
                 resultado = true;
                 break;
             }
@@ -678,11 +684,7 @@ bool EditorDibujo::getPuntoEnPlano(const char* prompt, const Punto3<double>& bas
 {
     iniciaComandoInteractivo(false);
     planoHaciaVista(base);
-    {
-        cursor_t descarte;
-        int estado = 0;
-        leeEvento(descarte, estado);
-    }
+    descartaEvento();
     limpiaEntradaCompleta();
     const int32_t tipoCursor = dibujo_->setTipoCursor(kCursorSeleccionCoordenadas);
     mensaje("%s", prompt);
@@ -690,18 +692,7 @@ bool EditorDibujo::getPuntoEnPlano(const char* prompt, const Punto3<double>& bas
     while (procesoEventos)
     {
         procesoEventos();
-        if (cancelado)
-        {
-            limpiaEntradaCompleta();
-            mensaje("%s", texto(4, 16, kTextoCancelado));
-            break;
-        }
-        if (terminado)
-        {
-            limpiaEntradaCompleta();
-            break;
-        }
-        if (atiendeInterrupcion())
+        if (finEspera(false))
         {
             break;
         }
@@ -744,10 +735,8 @@ bool EditorDibujo::getPuntoEnPlano(const char* prompt, const Punto3<double>& bas
             {
                 break;
             }
-            if (coordenadasValidas)
+            if (tomaCoordenadas(cursor))
             {
-                cursor.posicion = coordenadas;
-                cursor.referencia = aDocumento(coordenadas);
                 resultado = true;
                 break;
             }
@@ -899,30 +888,16 @@ bool EditorDibujo::seleccionaEntidad(const char* prompt, SeleccionEntidades& sel
 {
     iniciaComandoInteractivo(false);
     cursor_t pick;
-    {
-        cursor_t descarte;
-        int estado = 0;
-        leeEvento(descarte, estado);
-    }
+    descartaEvento();
+    limpiaEntrada();
     const int32_t tipoCursor = dibujo_->setTipoCursor(kCursorSeleccionEntidades);
     mensaje("%s", prompt);
     bool encontrada = false;
     while (procesoEventos && !encontrada)
     {
         procesoEventos();
-        if (cancelado)
+        if (finEspera(true))
         {
-            limpiaEntradaCompleta();
-            mensaje("%s", texto(4, 16, kTextoCancelado));
-            break;
-        }
-        if (atiendeInterrupcion())
-        {
-            break;
-        }
-        if (terminado)
-        {
-            limpiaEntradaCompleta();
             break;
         }
         const char* error = nullptr;
@@ -991,11 +966,8 @@ bool EditorDibujo::seleccionaEntidades(const char* prompt, SeleccionEntidades& s
 {
     iniciaComandoInteractivo(false);
     cursor_t pick;
-    {
-        cursor_t descarte;
-        int estado = 0;
-        leeEvento(descarte, estado);
-    }
+    descartaEvento();
+    limpiaEntrada();
     const int32_t tipoCursor = dibujo_->setTipoCursor(kCursorSeleccionEntidades);
     mensaje("%s", prompt);
     bool resultado = false;
@@ -1003,21 +975,11 @@ bool EditorDibujo::seleccionaEntidades(const char* prompt, SeleccionEntidades& s
     while (procesoEventos)
     {
         procesoEventos();
-        if (cancelado)
+        // A cancel or an interruption gives nothing back; `terminado` keeps what was picked.
+        const bool soloTerminado = terminado && !cancelado && !comandoInterrumpido;
+        if (finEspera(true))
         {
-            limpiaEntradaCompleta();
-            mensaje("%s", texto(4, 16, kTextoCancelado));
-            vaciar = true;
-            break;
-        }
-        if (atiendeInterrupcion())
-        {
-            vaciar = true;
-            break;
-        }
-        if (terminado)
-        {
-            limpiaEntradaCompleta();
+            vaciar = !soloTerminado;
             break;
         }
         int estado = 0;
@@ -1085,22 +1047,20 @@ bool EditorDibujo::comandoSeleccionaEntidades(const char* prompt1, const char* p
 bool EditorDibujo::capturaContorno(const char* prompt1, const char* prompt2, seleccion_e tipo,
                                    std::vector<Punto3<double>>& contorno)
 {
-    // A prompt the caller gives stands; an empty one takes the built-in text.
-    const auto elige = [](const char* dado, const char* defecto)
-    { return dado != nullptr && *dado != '\0' ? dado : defecto; };
+    // Each contour asks with its own prompts; the caller's two texts are not shown.
+    (void)prompt1;
+    (void)prompt2;
     if (tipo == kEsfera)
     {
         cursor_t cursor;
-        if (!getPunto(elige(prompt1, texto(10, 1, "Seleccione el centro de la esfera:")), cursor,
-                      true))
+        if (!getPunto(texto(10, 1, "Seleccione el centro de la esfera:"), cursor, true))
         {
             return false;
         }
         const Punto3<double> centro = cursor.get();
         LineaElastica banda(this, 9);
         banda.nuevaAncla(centro);
-        if (!getPunto(elige(prompt2, texto(10, 2, "Seleccione el radio de la esfera:")), cursor,
-                      true))
+        if (!getPunto(texto(10, 2, "Seleccione el radio de la esfera:"), cursor, true))
         {
             return false;
         }
@@ -1114,8 +1074,8 @@ bool EditorDibujo::capturaContorno(const char* prompt1, const char* prompt2, sel
     {
         int a[2] = {0, 0};
         int b[2] = {0, 0};
-        resultado = getVentana(elige(prompt1, texto(25, 1, "Seleccione primera esquina:")),
-                               elige(prompt2, texto(25, 2, "Seleccione segunda esquina:")), a, b);
+        resultado = getVentana(texto(25, 1, "Seleccione primera esquina:"),
+                               texto(25, 2, "Seleccione segunda esquina:"), a, b);
         if (resultado)
         {
             contorno = {Punto3<double>(a[0], a[1], 0), Punto3<double>(b[0], a[1], 0),
@@ -1129,9 +1089,14 @@ bool EditorDibujo::capturaContorno(const char* prompt1, const char* prompt2, sel
         {
             LineaElastica banda(this, 4);
             cursor_t cursor;
-            while (getPunto(elige(prompt1, texto(11, 19, "Seleccione vértice:")), cursor, true))
+            while (getPunto(texto(11, 19, "Seleccione vértice:"), cursor, true))
             {
-                contorno.emplace_back(cursor.x, cursor.y, 0.0);
+                // Only a click has a pixel; typed coordinates leave the one before.
+                if (cursor.x >= 0)
+                {
+                    contorno.emplace_back(cursor.x, cursor.y, 0.0);
+                }
+                cursor.x = -1;
                 polilinea->vertices.push_back(cursor.get());
                 banda.nuevaAncla(cursor.get());
             }

@@ -276,6 +276,18 @@ public:
     std::recursive_mutex seccionCritica;
 
 private:
+    // The loop of the typed waits: `toma` reads a non-empty line and gives null, or the text
+    // of its refusal, after which the prompt is asked again.
+    bool entradaTecleada(const char* prompt, bool aceptaVacio,
+                         const std::function<const char*(const std::string&)>& toma);
+    // After a pump step, the endings every wait tests first: cancel (with its text),
+    // `terminado`, interruption (before `terminado` when `interrupcionAntes`).
+    bool finEspera(bool interrupcionAntes);
+    // Throws away the display's pending click, as each wait does when it starts.
+    void descartaEvento();
+    // Typed coordinates, when the line held them, into the cursor: drawing coordinates in
+    // `referencia`, never snapped.
+    bool tomaCoordenadas(cursor_t& cursor);
     // The ending every wait shares when it finds the flag: clears it, reports kCancelado
     // and kControl. True when the wait was interrupted.
     bool atiendeInterrupcion();
