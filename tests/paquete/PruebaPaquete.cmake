@@ -50,3 +50,120 @@ foreach(esperado "sin diferencias" "salida/demo.dxf")
         message(FATAL_ERROR "the demo output lacks \"${esperado}\"")
     endif()
 endforeach()
+
+# The drawing session, checked line by line: each line of the text `esperadas` must be a whole
+# line of `salida`, in the same order; other lines may come between them.
+function(compruebaLineas salida esperadas que)
+    set(resto "\n${salida}")
+    set(pendientes "${esperadas}")
+    while(NOT pendientes STREQUAL "")
+        string(FIND "${pendientes}" "\n" fin)
+        if(fin EQUAL -1)
+            set(linea "${pendientes}")
+            set(pendientes "")
+        else()
+            string(SUBSTRING "${pendientes}" 0 ${fin} linea)
+            math(EXPR siguiente "${fin} + 1")
+            string(SUBSTRING "${pendientes}" ${siguiente} -1 pendientes)
+        endif()
+        string(FIND "${resto}" "\n${linea}\n" pos)
+        if(pos EQUAL -1)
+            message(FATAL_ERROR "${que}: the line \"${linea}\" is missing or out of order")
+        endif()
+        # Keep the line's own end as the start of the next search.
+        string(LENGTH "${linea}" largo)
+        math(EXPR corte "${pos} + 1 + ${largo}")
+        string(SUBSTRING "${resto}" ${corte} -1 resto)
+    endwhile()
+endfunction()
+
+function(tarvelo resultado salida)
+    execute_process(COMMAND "${TRABAJO}/host/tarvelo" ${ARGN}
+        WORKING_DIRECTORY "${TRABAJO}"
+        RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+    set(${resultado} "${r}" PARENT_SCOPE)
+    set(${salida} "${s}${e}" PARENT_SCOPE)
+endfunction()
+
+# The sample script the README shows: two points, a rectangle whose closing click snaps to
+# its first corner, the undo of that side, a click that selects, the save and the DXF.
+set(tarveloFuente "${FUENTE}/cad/hosts/tarvelo")
+tarvelo(r salida guion "${tarveloFuente}/ejemplos/sesion.txt")
+message("${salida}")
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "tarvelo guion failed: ${r}")
+endif()
+compruebaLineas("${salida}" "> punto
+2 puntos creados
+Referencia a entidades: sí, máscara 1 (extremos)
+> clic 3 2
+4 líneas creadas
+Deshecho: se quita Linea (0,50,0)-(0,0,0)
+Seleccionada: Linea (0,0,0)-(100,0,0)
+  Linea (0,0,0)-(100,0,0)  [seleccionada]
+Dibujo guardado en salida/sesion.cad (5 entidades)
+DXF escrito en salida/sesion.dxf" "the sample session")
+foreach(fichero sesion.cad sesion.dxf)
+    if(NOT EXISTS "${TRABAJO}/salida/${fichero}")
+        message(FATAL_ERROR "the sample session did not write salida/${fichero}")
+    endif()
+endforeach()
+if(EXISTS "${AUDITOR}" AND sinEzdxf EQUAL 0)
+    execute_process(COMMAND /usr/bin/python3 "${AUDITOR}" "${TRABAJO}/salida/sesion.dxf"
+        RESULT_VARIABLE r OUTPUT_VARIABLE informe ERROR_VARIABLE informe)
+    if(NOT r EQUAL 0)
+        message(FATAL_ERROR "the session's DXF failed the audit:\n${informe}")
+    endif()
+endif()
+tarvelo(r salida info salida/sesion.cad)
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "tarvelo info on the saved session failed: ${r}\n${salida}")
+endif()
+compruebaLineas("${salida}" "Entidades (5):
+  Linea (Ln1): 3
+  Punto (Pt1): 2
+Extension: (0.000, 0.000, 0.000) - (100.000, 80.000, 0.000)" "info on the saved session")
+
+# A session typed on standard input: pruebas/NOMBRE.txt is the input, and each line of
+# pruebas/NOMBRE.esperado must come out, in order. Further arguments go to `tarvelo sesion`.
+function(sesionPorEntrada nombre)
+    execute_process(COMMAND "${TRABAJO}/host/tarvelo" sesion ${ARGN}
+        WORKING_DIRECTORY "${TRABAJO}"
+        INPUT_FILE "${tarveloFuente}/pruebas/${nombre}.txt"
+        RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+    if(NOT r EQUAL 0)
+        message(FATAL_ERROR "tarvelo sesion < ${nombre}.txt failed: ${r}\n${s}${e}")
+    endif()
+    file(READ "${tarveloFuente}/pruebas/${nombre}.esperado" esperadas)
+    string(REGEX REPLACE "\n$" "" esperadas "${esperadas}")
+    compruebaLineas("${s}${e}" "${esperadas}" "the session ${nombre}.txt")
+    set(salida "${s}${e}" PARENT_SCOPE)
+endfunction()
+
+# Over the drawing the sample saved: orders from inside waits, cancels, the options of a
+# prompt, a window selection, and the end of the input inside a command.
+sesionPorEntrada(espera salida/sesion.cad)
+# On an empty drawing: every order, its refusals, and quitting from inside a wait, after
+# which nothing more is read.
+sesionPorEntrada(ordenes)
+if(NOT salida MATCHES "Se descartan los cambios sin guardar\n$")
+    message(FATAL_ERROR "the session went on after sal:\n${salida}")
+endif()
+
+# A script stops at its first failed order, and its run fails; so does a missing script.
+tarvelo(r salida guion "${tarveloFuente}/pruebas/fallo.txt")
+if(r EQUAL 0)
+    message(FATAL_ERROR "a script with an unknown order ran to success:\n${salida}")
+endif()
+compruebaLineas("${salida}" "Orden desconocida: traza (ayuda lista las órdenes)
+El guion se detiene en la línea 5
+* Cancelado *
+1 punto creado" "the failing script")
+string(FIND "${salida}" "Entidades (" pos)
+if(NOT pos EQUAL -1)
+    message(FATAL_ERROR "the failing script went on after its failed order:\n${salida}")
+endif()
+tarvelo(r salida guion no-existe.txt)
+if(r EQUAL 0 OR NOT salida MATCHES "no se pudo leer el guion no-existe.txt")
+    message(FATAL_ERROR "a missing script gave ${r}:\n${salida}")
+endif()

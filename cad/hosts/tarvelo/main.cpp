@@ -1,11 +1,16 @@
 // tarvelo: the command-line host of the drawing kernel.
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <string>
+#include <system_error>
+
+#include <unistd.h>
 
 #include "Demo.h"
 #include "Fendrix/Fendrix.h"
+#include "Sesion.h"
 
 namespace
 {
@@ -17,8 +22,28 @@ int uso()
                  "                            salida/demo.cad, lo relee y compara, y escribe\n"
                  "                            salida/demo.dxf\n"
                  "  info FICHERO.cad          capas, entidades por tipo y extension\n"
-                 "  dxf FICHERO.cad SALIDA.dxf  exporta un dibujo a DXF\n";
+                 "  dxf FICHERO.cad SALIDA.dxf  exporta un dibujo a DXF\n"
+                 "  sesion [FICHERO.cad]      dibuja con ordenes leidas de la entrada; la\n"
+                 "                            orden ayuda las lista\n"
+                 "  guion GUION.txt [FICHERO.cad]  la misma sesion, leida de un fichero y\n"
+                 "                            escrita como transcripcion; falla si falla\n"
+                 "                            una orden\n";
     return 2;
+}
+
+// A session over `entrada`; `fichero`, when not empty, is the drawing it starts with.
+int sesion(std::istream& entrada, bool guion, const std::string& fichero)
+{
+    tarvelo::Sesion::opciones_t opciones;
+    // Input that is not typed at a terminal is echoed, so the output reads as a transcript.
+    opciones.eco = guion || isatty(STDIN_FILENO) == 0;
+    opciones.detieneAlFallar = guion;
+    tarvelo::Sesion s(entrada, std::cout, opciones);
+    if (!fichero.empty() && !s.abreInicial(fichero))
+    {
+        return 1;
+    }
+    return s.ejecuta();
 }
 
 // Reads a drawing file into `dibujo`; says why on failure.
@@ -101,6 +126,21 @@ int main(int argc, char** argv)
         dibujo.exportaDXF(argv[3]);
         std::cout << "DXF escrito en " << argv[3] << "\n";
         return 0;
+    }
+    if (orden == "sesion" && argc <= 3)
+    {
+        return sesion(std::cin, false, argc == 3 ? argv[2] : "");
+    }
+    if (orden == "guion" && (argc == 3 || argc == 4))
+    {
+        std::error_code ec;
+        std::ifstream guion(argv[2]);
+        if (!std::filesystem::is_regular_file(argv[2], ec) || !guion)
+        {
+            std::cerr << "tarvelo: no se pudo leer el guion " << argv[2] << "\n";
+            return 1;
+        }
+        return sesion(guion, true, argc == 4 ? argv[3] : "");
     }
     return uso();
 }

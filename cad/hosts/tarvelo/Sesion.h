@@ -1,0 +1,154 @@
+// The drawing session of the command-line host: a command line over the kernel's editor, fed
+// from a terminal or from a script.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Fendrix/Fendrix.h"
+#include "PantallaReferencia.h"
+
+namespace tarvelo
+{
+
+// One drawing, its editor and a reference display whose pixel (x, y) shows drawing point
+// (x, y, 0): 800 by 600 pixels seen from above, one pixel per drawing unit, whatever drawing
+// is open.
+//
+// Input comes one line per step of the thread's message queue: the session installs the
+// queue's external step, which reads a line and posts its handling as a message. With no
+// command running a line names an order. While a command of the editor waits, the kernel
+// pumps the same queue from inside the command, so the next line answers its prompt; a line
+// "/nombre" runs an order from inside the wait (an interactive one displaces the command
+// that waits), "esc" cancels and "clic X Y" clicks a pixel.
+//
+// Not thread-safe: everything runs on the thread that calls ejecuta.
+class Sesion
+{
+public:
+    struct opciones_t
+    {
+        // Each line read is written after the input marker, so that the output reads as a
+        // transcript; otherwise the marker is written before reading, as a terminal prompt.
+        bool eco = false;
+        // A failed order (unknown name, bad arguments, a file that can't be read or
+        // written) ends the session, as a script must not go on from a wrong state.
+        bool detieneAlFallar = false;
+    };
+
+    Sesion(std::istream& entrada, std::ostream& salida, opciones_t opciones);
+    ~Sesion();
+    Sesion(const Sesion&) = delete;
+    Sesion& operator=(const Sesion&) = delete;
+
+    // Reads the drawing the session starts with, which becomes the file `guarda` writes by
+    // default. False, with the reason written, when it can't be read; the drawing then
+    // stays empty.
+    bool abreInicial(const std::string& fichero);
+
+    // Runs until `sal` or the end of the input; at the end of the input a command that
+    // still waits is cancelled first. Returns 0, or 1 when an order failed under
+    // detieneAlFallar. Installs the queue's external step for the run and removes it after.
+    int ejecuta();
+
+private:
+    // What the last line given to a waiting command was; a wait of the facade ends with
+    // false for Enter, a cancel and a displacement alike, and only the host knows which.
+    enum class respuesta_e
+    {
+        kOtra,
+        kIntro,
+        kCancela,
+        kOrden
+    };
+
+    struct orden_t
+    {
+        std::string nombre;
+        std::string argumentos;  // as the help shows them
+        std::string ayuda;
+        size_t minimo = 0;  // argument counts
+        size_t maximo = 0;
+        // Refused while a command waits: it would replace the drawing under that command.
+        bool soloSinOrden = false;
+        // Runs the order; false when it failed, after writing why.
+        std::function<bool(const std::vector<std::string>&)> ejecuta;
+    };
+
+    // The queue's external step: repaints, then reads one line and posts it.
+    void paso();
+    // The next line, trimmed; false at the end of the input. Comments (echoed) and empty
+    // lines with no command waiting are skipped here.
+    bool leeLinea(std::string& linea);
+    // "[Opcion/Opcion]>" while the prompt that shows has options, else ">".
+    std::string marcador();
+    void atiende(const std::string& linea);
+    void atiendeEnEspera(const std::string& linea);
+    // Runs an order line; `desdeEspera` when it came as "/nombre" inside a wait.
+    void ejecutaOrden(const std::string& texto, bool desdeEspera);
+    // Parses "clic X Y"; false, after writing why, for anything else.
+    bool leeClic(const std::vector<std::string>& palabras, int& x, int& y);
+    // Marks the session failed; under detieneAlFallar it also starts the way out.
+    void falla();
+
+    // Sends the drawing to the display, both passes, so that clicks pick and snap what is
+    // there now.
+    void repinta();
+    // Places the fixed camera and keeps it as the drawing's view.
+    void fijaCamara();
+    // A fresh editor, with an empty undo history, over the display.
+    void reiniciaEditor();
+    // Reads `fichero` into the session's drawing; false, with the reason, when it can't.
+    bool abreDibujo(const std::string& fichero);
+
+    // The entities as "Linea (0,0,0)-(10,0,0)", in list order, with their handles.
+    std::vector<std::pair<int64_t, std::string>> describeEntidades();
+    // Writes what an undo or redo changed, comparing the lists before and after.
+    void cuentaCambios(const char* que, const std::vector<std::pair<int64_t, std::string>>& antes);
+
+    // The orders.
+    void creaOrdenes();
+    bool ordenPunto();
+    bool ordenLinea();
+    bool ordenPolilinea();
+    bool ordenSelecciona();
+    bool ordenDeshacer(bool rehacer);
+    bool ordenGuarda(const std::vector<std::string>& argumentos);
+    bool ordenAbre(const std::vector<std::string>& argumentos);
+    bool ordenDXF(const std::vector<std::string>& argumentos);
+    bool ordenReferencia(const std::vector<std::string>& argumentos);
+    bool ordenLista();
+    bool ordenAyuda();
+    bool ordenSal();
+    // A click with no command running: selects the entity under the pixel.
+    bool clicSinOrden(int x, int y);
+
+    std::istream& entrada;
+    std::ostream& salida;
+    opciones_t opciones;
+
+    // The display outlives the drawing's editor, which refers to it.
+    cad::PantallaReferencia pantalla;
+    Fendrix::WrapPantallaCAD envoltorio;
+    Fendrix::WrapDibujoCAD dibujo;
+
+    std::vector<orden_t> ordenes;
+    std::string ficheroActual;
+    int numeroLinea = 0;
+    // Orders running now; more than one when an order was started from inside a wait.
+    int profundidad = 0;
+    respuesta_e ultimaRespuesta = respuesta_e::kOtra;
+    // Set by `sal`, the end of the input or a failure that stops: each step then cancels
+    // the command that waits, and with none the main loop ends.
+    bool terminando = false;
+    bool salir = false;
+    bool fallada = false;
+    bool avisoCambiosDado = false;
+    int cancelacionesAlTerminar = 0;
+};
+
+}  // namespace tarvelo
