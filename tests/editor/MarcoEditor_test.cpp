@@ -158,4 +158,20 @@ TEST(MarcoEditor, elCursorDeLaEsperaSeDibujaEnPixeles)
     EXPECT_NE(cruz[1].find("(50,40,0) (50,80,0)"), std::string::npos) << cruz[1];
 }
 
+// A right click ends a plane or entity wait at once: the script gives nothing after it, and a
+// wait that went on to the next pump step would find the script exhausted.
+TEST(MarcoEditor, elClicDerechoTerminaLaEsperaEnElActo)
+{
+    SesionEditor s;
+    GuionSesion g(*s.editor, s.pantalla);
+    g.clic(10, 10, cad::PantallaCAD::kBotonDerecho);
+    cursor_t c;
+    EXPECT_FALSE(s.editor->getPuntoEnPlano("P:", Punto3<double>(0, 0, 0), c));
+    g.clic(10, 10, cad::PantallaCAD::kBotonDerecho);
+    cad::SeleccionEntidades sel(&s.dibujo);
+    EXPECT_FALSE(s.editor->seleccionaEntidad("E:", sel));
+    EXPECT_EQ(g.agotado, 0);
+    EXPECT_EQ(s.secuenciaEstados(), "IFIF");
+}
+
 }  // namespace

@@ -29,13 +29,15 @@ GuionSesion::GuionSesion(EditorDibujo& e, PantallaReferencia& p) : editor(e), pa
 
 GuionSesion::~GuionSesion()
 {
+    // What the command left unread runs now rather than in the next test; the hook stays
+    // meanwhile, so a leftover step that starts a command cannot block.
+    agotarEsFallo = false;
     ColaMensajes& cola = ColaMensajes::delHilo();
-    cola.setAlVaciarse(nullptr);
-    // What the command left unread must not run in the next test.
     while (!cola.vacia())
     {
         cola.ejecutaPendientes();
     }
+    cola.setAlVaciarse(nullptr);
 }
 
 GuionSesion& GuionSesion::escribe(const std::string& linea)

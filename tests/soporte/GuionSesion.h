@@ -21,7 +21,7 @@ class GuionSesion
 {
 public:
     GuionSesion(EditorDibujo& editor, PantallaReferencia& pantalla);
-    // Takes the hook away and throws away whatever the command did not read.
+    // Runs whatever the command did not read, then takes the hook away.
     ~GuionSesion();
     GuionSesion(const GuionSesion&) = delete;
     GuionSesion& operator=(const GuionSesion&) = delete;
