@@ -332,15 +332,9 @@ int32_t WrapDibujoCAD::getEntidadesBajoPixel(int32_t x, int32_t y, std::vector<i
     mPantalla->entidadesEnRectangulo(
         cad::Rect2<int>(cad::Punto2<int>(x - t, y - t), cad::Punto2<int>(x + t, y + t)), false,
         picks);
-    for (void* v : picks)
+    for (const cad::Entidad* e : mDibujo->entidadesDePicks(picks))
     {
-        // Only entities of this drawing: the display may still show a scene painted before
-        // one of them went away.
-        const auto h = static_cast<int64_t>(reinterpret_cast<intptr_t>(v));
-        if (mDibujo->buscaEntidad(h) != nullptr)
-        {
-            handles.push_back(h);
-        }
+        handles.push_back(static_cast<int64_t>(reinterpret_cast<intptr_t>(e)));
     }
     return static_cast<int32_t>(handles.size());
 }

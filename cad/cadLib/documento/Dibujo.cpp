@@ -246,6 +246,31 @@ bool Dibujo::borraEntidad(Entidad* e, bool borrar)
     return true;
 }
 
+std::vector<Entidad*> Dibujo::entidadesDePicks(const std::vector<void*>& picks) const
+{
+    std::vector<const void*> ordenados(picks.begin(), picks.end());
+    std::sort(ordenados.begin(), ordenados.end());
+    std::vector<const void*> presentes;
+    for (const Entidad* e : entidades)
+    {
+        if (std::binary_search(ordenados.begin(), ordenados.end(), static_cast<const void*>(e)))
+        {
+            presentes.push_back(e);
+        }
+    }
+    std::sort(presentes.begin(), presentes.end());
+    std::vector<Entidad*> r;
+    r.reserve(presentes.size());
+    for (void* v : picks)
+    {
+        if (std::binary_search(presentes.begin(), presentes.end(), static_cast<const void*>(v)))
+        {
+            r.push_back(static_cast<Entidad*>(v));
+        }
+    }
+    return r;
+}
+
 Entidad* Dibujo::buscaEntidad(int64_t handle) const
 {
     for (Entidad* e : entidades)
@@ -414,12 +439,10 @@ bool Dibujo::referenciaEntidades(PantallaCAD& p, cursor_t& cursor)
                                        Punto2<int>(cursor.x + t, cursor.y + t)),
                             false, candidatas);
     bool alguna = false;
-    for (void* v : candidatas)
+    // Only entities of this drawing are asked, so a stale value from an old scene is ignored.
+    for (const Entidad* e : entidadesDePicks(candidatas))
     {
-        // The display hands back what it was given as pick; only entities of this drawing
-        // are asked, so a stale value from an old scene is ignored.
-        const Entidad* e = buscaEntidad(static_cast<int64_t>(reinterpret_cast<intptr_t>(v)));
-        if (e != nullptr && e->capaVisible())
+        if (e->capaVisible())
         {
             alguna = e->getReferenciaEntidades(r) || alguna;
         }

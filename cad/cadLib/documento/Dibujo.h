@@ -88,6 +88,10 @@ public:
     // Removes by address keeping the order; deletes when `borrar`. extension does not shrink.
     bool borraEntidad(Entidad* e, bool borrar);
     Entidad* buscaEntidad(int64_t handle) const;
+    // The pick values a display handed back that are entities of this drawing, in the
+    // display's order: a display may still hold a scene painted before one went away. One
+    // pass over the list, however many picks came.
+    std::vector<Entidad*> entidadesDePicks(const std::vector<void*>& picks) const;
     int64_t handleUltimaEntidad() const;
     SeleccionEntidades nuevaSeleccion(seleccion tipo);
     void selecciona(Entidad* e);

@@ -1291,11 +1291,9 @@ bool EditorDibujo::entidadesBajoPixel(const cursor_t& cursor, SeleccionEntidades
                                                 Punto2<int>(cursor.x + t, cursor.y + t)),
                                      incluyeOcultas, picks);
     bool alguna = false;
-    for (void* v : picks)
+    for (Entidad* e : dibujo_->entidadesDePicks(picks))
     {
-        // The display may still hold a scene painted before an entity went away.
-        Entidad* e = dibujo_->buscaEntidad(static_cast<int64_t>(reinterpret_cast<intptr_t>(v)));
-        if (e == nullptr || (e->estado & (kEstadoSeleccionada | kEstadoResaltada)) != 0)
+        if ((e->estado & (kEstadoSeleccionada | kEstadoResaltada)) != 0)
         {
             continue;
         }
