@@ -14,6 +14,7 @@
 #include "base/geometria/Vector3D.h"
 #include "documento/SeleccionEntidades.h"
 #include "editor/LineaComandos.h"
+#include "editor/MenuContexto.h"
 #include "entidades/SistemaLocal.h"
 #include "pantalla/PantallaCAD.h"
 

@@ -62,17 +62,4 @@ private:
                                const std::string& mayusculas);
 };
 
-// The editor's own context-menu list; the facade's menu does not use it.
-class MenuContexto
-{
-public:
-    struct elemento_t
-    {
-        std::string texto;
-        int32_t valor = 0;
-    };
-
-    std::vector<elemento_t> elementosMenu;
-};
-
 }  // namespace cad
