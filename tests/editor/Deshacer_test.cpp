@@ -280,4 +280,35 @@ TEST(Deshacer, trasCargarOtroDocumentoLosPasosViejosNoActuan)
     EXPECT_EQ(e.d.entidades.size(), 1U);
 }
 
+// A move step whose entity was deleted without a step (the facade's plain deletion) does not
+// touch freed memory; a layer step does not outlive the layers of a load. The sanitizer build
+// is what sees the difference.
+TEST(Deshacer, pasosQueSobrevivenASusObjetosNoLosTocan)
+{
+    Editor e;
+    auto* p = new Punto(0, 0, 0);
+    e.ed->nuevaEntidad(p);
+    e.ed->registraComando(new cad::ComandoMoverEntidad(&e.d, p, cad::Vector3D<double>(1, 0, 0)));
+    ASSERT_TRUE(e.d.borraEntidad(p, true));
+    e.ed->deshacer();
+    e.ed->rehacer();
+
+    ASSERT_TRUE(e.ed->nuevaCapa(new cad::Capa("vieja", cad::ColorCapa(2), 1), false));
+    ASSERT_TRUE(e.ed->renombraCapa("vieja", "nueva"));
+    ASSERT_TRUE(e.ed->colorCapa("nueva", 0x10203040));
+    const std::string ruta = cad::prueba::rutaTemporal("sinCapas.tcad");
+    {
+        Dibujo otro;
+        otro.nuevoDocumento();
+        cad::SerializadorBinarioEscritura w(ruta.c_str());
+        otro.escribe(w);
+        w.cierra();
+    }
+    ASSERT_TRUE(e.ed->cargaDocumento(ruta.c_str()));
+    e.ed->deshacer();
+    e.ed->deshacer();
+    EXPECT_EQ(e.d.buscaCapa("vieja"), nullptr);
+    EXPECT_EQ(e.d.numeroCapas(), 1);
+}
+
 }  // namespace

@@ -1341,6 +1341,9 @@ bool Dibujo::lee(SerializadorLecturaBase& r)
         return false;
     }
     std::unique_ptr<BloqueSerializacion> exterior(bloque);
+    // From here the lists are replaced, layers first: whatever pointed into the former
+    // contents (undo steps) must know, even if the read stops before the entities.
+    ++entidades.generacion;
     if (!capas.lee(r) || !materiales.lee(r) || !estilosTexto.lee(r))
     {
         return false;

@@ -75,9 +75,16 @@ void ComandoNuevaEntidad::rehacer()
 
 // --- numeric move --------------------------------------------------------------------------
 
+bool ComandoMoverEntidad::presente() const
+{
+    // The entity may have been deleted by a path that keeps no step.
+    return vigente() && dibujo->buscaEntidad(static_cast<int64_t>(
+                            reinterpret_cast<intptr_t>(entidad))) != nullptr;
+}
+
 void ComandoMoverEntidad::deshacer()
 {
-    if (vigente())
+    if (presente())
     {
         entidad->traslada(-desplazamiento);
         dibujo->edicionHecha();
@@ -87,7 +94,7 @@ void ComandoMoverEntidad::deshacer()
 
 void ComandoMoverEntidad::rehacer()
 {
-    if (vigente())
+    if (presente())
     {
         entidad->traslada(desplazamiento);
         dibujo->edicionHecha();
@@ -163,6 +170,11 @@ ComandoCapa::~ComandoCapa()
 void ComandoCapa::rehacer()
 {
     hecho = true;
+    // The layer object of kinds 3 to 5 went with the former contents after a load.
+    if (capa != nullptr && !vigente())
+    {
+        return;
+    }
     switch (tipo)
     {
         case kBorrar:
@@ -209,6 +221,11 @@ void ComandoCapa::rehacer()
 void ComandoCapa::deshacer()
 {
     hecho = false;
+    // The layer object of kinds 3 to 5 went with the former contents after a load.
+    if (capa != nullptr && !vigente())
+    {
+        return;
+    }
     switch (tipo)
     {
         case kBorrar:

@@ -88,6 +88,10 @@ public:
     Entidad* entidad;
     Vector3D<double> desplazamiento;
     bool hecho = false;
+
+private:
+    // Moves only an entity that is still in the drawing.
+    bool presente() const;
 };
 
 // Layer changes, by kind: 1 delete, 2 current layer, 3 rename, 4 colour, 5 visibility.
