@@ -45,7 +45,7 @@ TEST(ComandoLinea, tresClicsEIntroDanDosLineasYUnParDeEstadosPorEspera)
     EXPECT_TRUE(cerca(linea(s.dibujo, 1)->origen, Punto3<double>(200, 100, 0)));
     EXPECT_TRUE(cerca(linea(s.dibujo, 1)->extremo, Punto3<double>(200, 250, 0)));
     // The command's own scope around four waits, one pair each.
-    EXPECT_EQ(s.secuenciaEstados(), "IIFIFIFIFF");
+    EXPECT_EQ(s.estados, "IIFIFIFIFF");
     EXPECT_EQ(s.editor->nivelComando, 0);
     EXPECT_EQ(s.pantalla.modoInteraccion, 0);
     EXPECT_EQ(s.editor->lineaElastica, nullptr);
@@ -173,7 +173,7 @@ TEST(ComandoInterrumpido, otroComandoDesdeUnaEsperaDesplazaAlPrimero)
     EXPECT_EQ(s.dibujo.entidades.size(), 2U);
 
     // "linea" saw kCancelado once, then closed its wait and itself.
-    EXPECT_EQ(s.secuenciaEstados(), "IIFIFI" "IIFIFF" "CFF");
+    EXPECT_EQ(s.estados, "IIFIFI" "IIFIFF" "CFF");
     // Nothing but the cleared prompt line after "punto" ended: no cancel text, no prompt.
     ASSERT_GE(s.textos.size(), textosAlTerminarPunto);
     for (size_t i = textosAlTerminarPunto; i < s.textos.size(); ++i)
@@ -194,7 +194,7 @@ TEST(ComandoInterrumpido, cancelarTerminaElComandoConSuTexto)
     g.escribe("0,0").cancela();
     EXPECT_EQ(s.editor->comandoLinea(), 0);
     EXPECT_EQ(s.textos.at(s.textos.size() - 2), "* Cancelado *");
-    EXPECT_EQ(s.secuenciaEstados(), "IIFIFF");
+    EXPECT_EQ(s.estados, "IIFIFF");
     // The flag does not outlive the command.
     EXPECT_FALSE(s.editor->cancelado);
 }

@@ -136,7 +136,7 @@ TEST(EsperasTecleadas, laPreguntaVaAlAnfitrionYALaPantallaYCancelarTerminaConFal
     EXPECT_FALSE(s.editor->entradaString("D:", false, &t));
     EXPECT_EQ(s.textos,
               Textos({"A:", kCancelado, "B:", kCancelado, "C:", kCancelado, "D:", kCancelado}));
-    EXPECT_EQ(s.secuenciaEstados(), "IFIFIFIF");
+    EXPECT_EQ(s.estados, "IFIFIFIF");
     EXPECT_TRUE(i == 1 && d == 2.0 && b && t == "t");
 }
 
@@ -168,7 +168,7 @@ TEST(GetPunto, unNumeroSoloNoEsCoordenadaEIntroSoloTerminaSinTexto)
     EXPECT_EQ(c.referencia, Punto3<double>(3, 4, 5));
     EXPECT_FALSE(s.editor->getPunto("Q:", c));
     EXPECT_EQ(s.textos, Textos({"P:", "Coordenada no válida", "P:", "", "Q:", ""}));
-    EXPECT_EQ(s.secuenciaEstados(), "IFIF");
+    EXPECT_EQ(s.estados, "IFIF");
 }
 
 TEST(GetPunto, coordenadasAntesQueOpcionYOpcionAntesQueNumero)
@@ -277,7 +277,7 @@ TEST(GetCirculo, centroPorClicYRadioPorUnSegundoClicEnElPlano)
     EXPECT_TRUE(cerca(centro, Punto3<double>(100, 100, 0)));
     EXPECT_NEAR(radio, 50.0, 1e-9);
     EXPECT_EQ(s.textos, Textos({"Centro:", "", "Radio:", ""}));
-    EXPECT_EQ(s.secuenciaEstados(), "IIFIFF");
+    EXPECT_EQ(s.estados, "IIFIFF");
     EXPECT_EQ(s.editor->lineaElastica, nullptr);
     EXPECT_FALSE(s.dibujo.planoTemporalActivo);
 }
@@ -336,7 +336,7 @@ TEST(SeleccionaEntidad, clicSobreLaLineaOpcionYClicDerecho)
     EXPECT_EQ(std::vector<int>({c.x, c.y}), std::vector<int>({200, 100}));
     EXPECT_EQ(tipo, EditorDibujo::kCursorSeleccionEntidades);
     EXPECT_EQ(s.textos, Textos({"E:", ""}));
-    EXPECT_EQ(s.secuenciaEstados(), "IF");
+    EXPECT_EQ(s.estados, "IF");
 
     s.textos.clear();
     SeleccionEntidades otra(&s.dibujo);
@@ -529,7 +529,7 @@ TEST(MarcoEsperas, cancelarFueraDeUnComandoNoCancelaElSiguiente)
     EXPECT_TRUE(s.editor->getPunto("P:", c));
     EXPECT_EQ(c.referencia, Punto3<double>(1, 2, 0));
     EXPECT_EQ(s.textos, Textos({"P:", ""}));
-    EXPECT_EQ(s.secuenciaEstados(), "IF");
+    EXPECT_EQ(s.estados, "IF");
 }
 
 }  // namespace

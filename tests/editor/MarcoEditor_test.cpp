@@ -109,7 +109,7 @@ TEST(MarcoEditor, pilaDeTransparentes)
     EXPECT_EQ(s.editor->nivelComando, 0);
     EXPECT_TRUE(s.editor->pilaTransparentes.empty());
     EXPECT_EQ(s.pantalla.modoInteraccion, 0);
-    EXPECT_EQ(s.secuenciaEstados(), "IIIFFF");
+    EXPECT_EQ(s.estados, "IIIFFF");
 
     s.dibujo.setModo2D(true, &s.pantalla);
     s.editor->iniciaComandoInteractivo(false);
@@ -171,7 +171,7 @@ TEST(MarcoEditor, elClicDerechoTerminaLaEsperaEnElActo)
     cad::SeleccionEntidades sel(&s.dibujo);
     EXPECT_FALSE(s.editor->seleccionaEntidad("E:", sel));
     EXPECT_EQ(g.agotado, 0);
-    EXPECT_EQ(s.secuenciaEstados(), "IFIF");
+    EXPECT_EQ(s.estados, "IFIF");
 }
 
 }  // namespace

@@ -113,9 +113,4 @@ void SesionEditor::pintaSuperposicion()
     editor->dibuja(pantalla, true);
 }
 
-std::string SesionEditor::secuenciaEstados() const
-{
-    return estados;
-}
-
 }  // namespace cad::prueba

@@ -54,7 +54,7 @@ private:
 // A drawing, a reference display with a working camera and an editor, wired together: pixel
 // (x, y) shows drawing point (x, y, 0) in an 800 by 600 viewport seen from above, one pixel
 // per unit. Everything the editor prints is kept in `textos`, and every state the interactive
-// reactor reports in `estados` ("I" kInicio, "F" kFin, "C" kCancelado).
+// reactor reports in `estados` as one string ("I" kInicio, "F" kFin, "C" kCancelado).
 struct SesionEditor
 {
     SesionEditor();
@@ -64,8 +64,6 @@ struct SesionEditor
     void pinta();
     // The editor's overlay pass alone.
     void pintaSuperposicion();
-    // The states as one string, e.g. "IFIF".
-    std::string secuenciaEstados() const;
 
     Dibujo dibujo;
     PantallaReferencia pantalla;

@@ -3,7 +3,6 @@
 
 #include "Fendrix/WrapDibujoCAD.h"
 #include "base/Configuracion.h"
-#include "base/geometria/Rect2.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
@@ -328,11 +327,7 @@ int32_t WrapDibujoCAD::getEntidadesBajoPixel(int32_t x, int32_t y, std::vector<i
         return 0;
     }
     const int t = Configuracion::instancia().valor(Configuracion::kVentanaReferencia) / 2;
-    std::vector<void*> picks;
-    mPantalla->entidadesEnRectangulo(
-        cad::Rect2<int>(cad::Punto2<int>(x - t, y - t), cad::Punto2<int>(x + t, y + t)), false,
-        picks);
-    for (const cad::Entidad* e : mDibujo->entidadesDePicks(picks))
+    for (const cad::Entidad* e : mDibujo->entidadesCercaPixel(*mPantalla, x, y, t, false))
     {
         handles.push_back(static_cast<int64_t>(reinterpret_cast<intptr_t>(e)));
     }

@@ -246,8 +246,12 @@ bool Dibujo::borraEntidad(Entidad* e, bool borrar)
     return true;
 }
 
-std::vector<Entidad*> Dibujo::entidadesDePicks(const std::vector<void*>& picks) const
+std::vector<Entidad*> Dibujo::entidadesCercaPixel(PantallaCAD& p, int x, int y, int t,
+                                                  bool incluyeOcultas) const
 {
+    std::vector<void*> picks;
+    p.entidadesEnRectangulo(Rect2<int>(Punto2<int>(x - t, y - t), Punto2<int>(x + t, y + t)),
+                            incluyeOcultas, picks);
     std::vector<const void*> ordenados(picks.begin(), picks.end());
     std::sort(ordenados.begin(), ordenados.end());
     std::vector<const void*> presentes;
@@ -433,14 +437,9 @@ bool Dibujo::referenciaEntidades(PantallaCAD& p, cursor_t& cursor)
     const double tolerancia = pixel * toleranciaReferencia;
     ReferenciaEntidades r(&p, cursor.posicion, cursor.direccion, mascaraReferencias, tolerancia);
     r.cursor = cursor;
-    const int t = toleranciaReferencia;
-    std::vector<void*> candidatas;
-    p.entidadesEnRectangulo(Rect2<int>(Punto2<int>(cursor.x - t, cursor.y - t),
-                                       Punto2<int>(cursor.x + t, cursor.y + t)),
-                            false, candidatas);
     bool alguna = false;
-    // Only entities of this drawing are asked, so a stale value from an old scene is ignored.
-    for (const Entidad* e : entidadesDePicks(candidatas))
+    for (const Entidad* e :
+         entidadesCercaPixel(p, cursor.x, cursor.y, toleranciaReferencia, false))
     {
         if (e->capaVisible())
         {

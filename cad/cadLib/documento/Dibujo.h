@@ -88,10 +88,12 @@ public:
     // Removes by address keeping the order; deletes when `borrar`. extension does not shrink.
     bool borraEntidad(Entidad* e, bool borrar);
     Entidad* buscaEntidad(int64_t handle) const;
-    // The pick values a display handed back that are entities of this drawing, in the
-    // display's order: a display may still hold a scene painted before one went away. One
-    // pass over the list, however many picks came.
-    std::vector<Entidad*> entidadesDePicks(const std::vector<void*>& picks) const;
+    // The entities of this drawing that the display finds in the pixel square x - t, y - t,
+    // x + t, y + t, in the display's order. What the display hands back is matched to the list,
+    // since it may still hold a scene painted before an entity went away; one pass over the
+    // list, however many picks came.
+    std::vector<Entidad*> entidadesCercaPixel(PantallaCAD& p, int x, int y, int t,
+                                              bool incluyeOcultas) const;
     int64_t handleUltimaEntidad() const;
     SeleccionEntidades nuevaSeleccion(seleccion tipo);
     void selecciona(Entidad* e);

@@ -11,7 +11,6 @@
 #include "base/GestorMensajes.h"
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
-#include "base/geometria/Rect2.h"
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "editor/Comando.h"
@@ -221,8 +220,7 @@ void EditorDibujo::dibuja(PantallaCAD& p, bool entidadesDibujadas)
     p.inicioSuperposicion();
     cursor_t cursor;
     p.getCursor(cursor);
-    cursor.posicion = aDocumento(cursor.posicion);
-    cursor.direccion = aDocumento(cursor.direccion);
+    cursorADocumento(cursor);
     if (cursor.posicion != invalido)
     {
         dibujo_->proyectaCursor(cursor);
@@ -600,8 +598,7 @@ bool EditorDibujo::getPunto(const char* prompt, cursor_t& cursor, int* opcionEle
             cursor_t actual = posicionCursor();
             if (actual.x >= 0)
             {
-                actual.posicion = aDocumento(actual.posicion);
-                actual.direccion = aDocumento(actual.direccion);
+                cursorADocumento(actual);
                 compruebaPunto(actual);
             }
         }
@@ -874,8 +871,7 @@ bool EditorDibujo::leeEvento(cursor_t& cursor, int& estado)
     {
         return false;
     }
-    evento.posicion = aDocumento(evento.posicion);
-    evento.direccion = aDocumento(evento.direccion);
+    cursorADocumento(evento);
     cursor = evento;
     return true;
 }
@@ -1286,12 +1282,9 @@ bool EditorDibujo::entidadesBajoPixel(const cursor_t& cursor, SeleccionEntidades
         return false;
     }
     const int t = Configuracion::instancia().valor(Configuracion::kVentanaReferencia);
-    std::vector<void*> picks;
-    pantalla_->entidadesEnRectangulo(Rect2<int>(Punto2<int>(cursor.x - t, cursor.y - t),
-                                                Punto2<int>(cursor.x + t, cursor.y + t)),
-                                     incluyeOcultas, picks);
     bool alguna = false;
-    for (Entidad* e : dibujo_->entidadesDePicks(picks))
+    for (Entidad* e :
+         dibujo_->entidadesCercaPixel(*pantalla_, cursor.x, cursor.y, t, incluyeOcultas))
     {
         if ((e->estado & (kEstadoSeleccionada | kEstadoResaltada)) != 0)
         {
@@ -1531,6 +1524,12 @@ Punto3<double> EditorDibujo::aDocumento(const Punto3<double>& p) const
     }
     const SistemaLocal& s = sistemaLocalActivo;
     return s.origen + s.getEjeX() * p.x + s.getEjeY() * p.y + s.getEjeZ() * p.z;
+}
+
+void EditorDibujo::cursorADocumento(cursor_t& cursor) const
+{
+    cursor.posicion = aDocumento(cursor.posicion);
+    cursor.direccion = aDocumento(cursor.direccion);
 }
 
 Vector3D<double> EditorDibujo::aDocumento(const Vector3D<double>& v) const

@@ -240,6 +240,8 @@ public:
     // From the active local system to drawing coordinates.
     Punto3<double> aDocumento(const Punto3<double>& p) const;
     Vector3D<double> aDocumento(const Vector3D<double>& v) const;
+    // The pick point and ray of a display cursor, which come in the active local system.
+    void cursorADocumento(cursor_t& cursor) const;
 
     // --- commands -------------------------------------------------------------------------
     // Points until refused; the count made.
