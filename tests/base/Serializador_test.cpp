@@ -104,30 +104,34 @@ TEST(SerializadorBinario, CadenaRellenaHastaLongitudPar)
     EXPECT_EQ(a, "ab");
 }
 
-// Very long strings: the length field keeps only 16 bits while every byte is still written,
-// so a reader takes the cut length and then stands inside the string's bytes.
-TEST(SerializadorBinario, CadenaLargaCortaSuLongitudA16Bits)
+// The longest string a u16 even-rounded length can tell is 65,534 bytes. A longer one never
+// reaches the file whole (its length would wrap and everything behind it be lost): it is cut
+// there, before a character that would be split, and the stream behind it stays readable.
+TEST(SerializadorBinario, CadenaMasLargaQueSuCampoSeCortaYLoDemasSigueLegible)
 {
-    std::string s(65537, 'C');
-    s[0] = 'A';
-    s[1] = 'B';
-    const Bytes b = escribe([&](auto& w) { w.escribeCadena(s); });
-    ASSERT_EQ(b.size(), 2u + 65538u);
-    EXPECT_EQ(b[0], 0x02);  // 65538 & 0xFFFF
-    EXPECT_EQ(b[1], 0x00);
-    EXPECT_EQ(b.back(), 0x00);  // the pad
+    const Bytes b = escribe(
+        [](auto& w)
+        {
+            w.escribeCadena(std::string(65537, 'C'));
+            w.escribeCortoSinSigno(0x1234);
+        });
+    ASSERT_EQ(b.size(), 2u + 65534u + 2u);
+    EXPECT_EQ(b[0], 0xFE);
+    EXPECT_EQ(b[1], 0xFF);
     SerializadorBinarioLectura r(fichero(b));
     std::string leida;
     EXPECT_TRUE(r.leeCadena(leida));
-    EXPECT_EQ(leida, "AB");
+    EXPECT_EQ(leida, std::string(65534, 'C'));
     uint16_t siguiente = 0;
     EXPECT_TRUE(r.leeCortoSinSigno(siguiente));
-    EXPECT_EQ(siguiente, 0x4343);  // 'C' 'C': the stream behind the string is lost
+    EXPECT_EQ(siguiente, 0x1234);
 
-    const Bytes b2 = escribe([](auto& w) { w.escribeCadena(std::string(65535, 'z')); });
-    ASSERT_EQ(b2.size(), 2u + 65536u);
-    EXPECT_EQ(b2[0], 0x00);
-    EXPECT_EQ(b2[1], 0x00);
+    // 65,533 bytes and a two-byte character: the cut falls before the character, and the
+    // odd length takes its pad.
+    const Bytes b2 = escribe([](auto& w) { w.escribeCadena(std::string(65533, 'z') + "ñb"); });
+    ASSERT_EQ(b2.size(), 2u + 65534u);
+    EXPECT_EQ(b2[b2.size() - 2], 'z');
+    EXPECT_EQ(b2.back(), 0x00);
 }
 
 // One-byte values go out twice to keep the stream even. Reading one stores the first byte

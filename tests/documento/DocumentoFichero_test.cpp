@@ -123,8 +123,8 @@ std::string ruta(const char* nombre)
 
 // Every kind of entity on three layers in the default state, saved (A), loaded and saved (B):
 // B is A plus six default variables ahead of the file's (count and lengths grown), and the
-// polygon, back as a Polilinea with no vertex, writes flag 0 and count 0 where its count 4
-// stood, keeping the rest as its tail: only that byte changes.
+// polygon, back as a closed Polilinea with its vertices, is written as a polyline of the same
+// tag: its closed flag (01 01) goes in ahead of the count, and the lengths grow by two.
 TEST(DocumentoFichero, cicloDeCargaYGuardadoByteAByte)
 {
     WrapDibujoCAD w(nullptr, nullptr);
@@ -188,7 +188,11 @@ TEST(DocumentoFichero, cicloDeCargaYGuardadoByteAByte)
     EXPECT_EQ(items(b, "Vbles.1").size(), 17U);
 
     Bytes esperado = a;
-    esperado[poligono.cuerpo() + 32] = 0;
+    esperado.insert(esperado.begin() + static_cast<long>(poligono.cuerpo() + 32), {1, 1});
+    ponNum(esperado, poligono.posLongitud, num(a, poligono.posLongitud, 2) + 2, 2);
+    const Bloque lista = seccion(a, "Entid.1");
+    ponNum(esperado, lista.posLongitud, num(a, lista.posLongitud, 8) + 2, 8);
+    ponNum(esperado, 16, num(a, 16, 8) + 2, 8);
     comparaBytes(b, conSeisDefectos(esperado));
 
     std::vector<int64_t> h;
@@ -196,7 +200,8 @@ TEST(DocumentoFichero, cicloDeCargaYGuardadoByteAByte)
     std::vector<double> c;
     EXPECT_EQ(w2.getVertices(h[6], c), 3000);
     EXPECT_EQ(c[2997], 499.5);
-    EXPECT_EQ(w2.getVertices(h[7], c), 0);
+    EXPECT_EQ(w2.getVertices(h[7], c), 12);
+    EXPECT_EQ(c, (std::vector<double>{1, 0, 0, 2, 0, 0, 2, 1, 0, 1, 1, 0}));
     EXPECT_NE(dynamic_cast<cad::Polilinea*>(w2.mDibujo->buscaEntidad(h[7])), nullptr);
     EXPECT_EQ(w2.longitud(h[4]), w.longitud(abierta));
     EXPECT_EQ(w2.numeroCapas(), 3);

@@ -184,38 +184,63 @@ TEST(ListaEntidadesFichero, polilineaCortaYLarga)
     }
 }
 
-// A polygon writes "Pg1" with its count right behind the prefix. It comes back as a Polilinea:
-// flag from the count's low two bytes (the second, 0, wins), count from its high two and the
-// low two of x = 1.0 (all 0), so no vertex and a 94-byte tail; saved again, the block is the
-// old one with the count's low byte 0.
-TEST(ListaEntidadesFichero, poligonoVuelveComoPolilinea)
+// A polygon writes "Pg1" with its count right behind the prefix, and the polyline's row of
+// the factory takes "Pg1" first: it comes back as a closed Polilinea with the polygon's
+// vertices, told from a polyline's body by its size, also when 3,000 vertices have wrapped
+// the u16 length; the entity behind it reads as well. Saved again it is a polyline's block
+// (the closed flag, then the count), which reads back the same.
+TEST(ListaEntidadesFichero, poligonoVuelveComoPolilineaCerradaConSusVertices)
 {
     Dibujo d;
     d.nuevoDocumento();
     const Punto3<double> pts[] = {{1, 0, 0}, {2, 0, 0}, {2, 1, 0}, {1, 1, 0}};
     d.nuevaEntidad(new cad::Poligono(4, pts));
+    std::vector<Punto3<double>> muchos;
+    for (int i = 0; i < 3000; ++i)
+    {
+        muchos.emplace_back(i * 0.5, i % 7, 2.0);
+    }
+    d.nuevaEntidad(new cad::Poligono(3000, muchos.data()));
+    d.nuevaEntidad(new cad::Punto(7, 8, 9));
     const Bytes a = guarda(d);
-    const auto bl = bloquesEntidad(a);
-    ASSERT_EQ(bl.size(), 1U);
-    EXPECT_EQ(bl[0].tag, "Pg1");
-    EXPECT_EQ(num(a, bl[0].posLongitud, 2), 2U + 32 + 4 + 96);
-    EXPECT_EQ(num(a, bl[0].cuerpo() + 32, 4), 4U);
-    EXPECT_EQ(num(a, bl[0].cuerpo() + 36, 8), 0x3FF0000000000000ULL);
+    // The first block only: the walk by stored lengths cannot pass a wrapped one.
+    const auto primerBloque = [](const Bytes& b)
+    { return cad::prueba::bloqueEn(b, seccion(b, "Entid.1").posLongitud + 16); };
+    const Bloque primero = primerBloque(a);
+    EXPECT_EQ(primero.tag, "Pg1");
+    EXPECT_EQ(num(a, primero.posLongitud, 2), 2U + 32 + 4 + 96);
+    EXPECT_EQ(num(a, primero.cuerpo() + 32, 4), 4U);
 
-    Dibujo d2;
-    ASSERT_TRUE(carga(d2, a));
-    ASSERT_EQ(d2.entidades.size(), 1U);
-    auto* p = dynamic_cast<Polilinea*>(d2.entidades[0]);
-    ASSERT_NE(p, nullptr);
-    EXPECT_EQ(p->numeroVertices(), 0);
-    EXPECT_FALSE(p->cerrada);
-    EXPECT_EQ(p->tamanoDatosDesconocidos, 94U);
-    const Bytes b = guarda(d2);
-    const auto bl2 = bloquesEntidad(b);
-    ASSERT_EQ(bl2.size(), 1U);
-    Bytes esperado = trozo(a, bl[0]);
-    esperado[bl[0].cuerpo() - bl[0].inicio + 32] = 0;
-    EXPECT_EQ(trozo(b, bl2[0]), esperado);
+    for (int vuelta = 0; vuelta < 2; ++vuelta)
+    {
+        Dibujo d2;
+        ASSERT_TRUE(carga(d2, vuelta == 0 ? a : guarda(d)));
+        ASSERT_EQ(d2.entidades.size(), 3U);
+        EXPECT_EQ(d2.entidades.danadas, 0U);
+        auto* p = dynamic_cast<Polilinea*>(d2.entidades[0]);
+        auto* grande = dynamic_cast<Polilinea*>(d2.entidades[1]);
+        ASSERT_TRUE(p != nullptr && grande != nullptr);
+        EXPECT_TRUE(p->cerrada && grande->cerrada);
+        EXPECT_EQ(p->vertices, std::vector<Punto3<double>>(pts, pts + 4));
+        EXPECT_EQ(grande->vertices, muchos);
+        EXPECT_EQ(p->tamanoDatosDesconocidos + grande->tamanoDatosDesconocidos, 0U);
+        EXPECT_EQ(d2.entidades[2]->coordenada(0)->z, 9.0);
+        // The next round reads what this one saves: a polyline block of the same tag.
+        const Bytes b = guarda(d2);
+        const Bloque otro = primerBloque(b);
+        EXPECT_EQ(otro.tag, "Pg1");
+        EXPECT_EQ(num(b, otro.cuerpo() + 32, 2), 0x0101U);
+        EXPECT_EQ(num(b, otro.cuerpo() + 34, 4), 4U);
+        for (Entidad* e : d.entidades)
+        {
+            delete e;
+        }
+        d.entidades.clear();
+        for (Entidad* e : d2.entidades)
+        {
+            d.entidades.push_back(e->clona());
+        }
+    }
 }
 
 // A hand-made entity block: tag, a length as wide as `ancho`, the common prefix (colour 3,

@@ -28,6 +28,7 @@ using cad::ExportaDXF;
 using cad::Excepcion;
 using cad::Punto3;
 using cad::prueba::existeFichero;
+using cad::prueba::restosTemporales;
 using cad::prueba::rutaTemporal;
 
 // Files that end up well formed go where the audit test reads them.
@@ -70,7 +71,7 @@ void compruebaFichero(const std::string& ruta, const std::string& esperado)
     }
     EXPECT_EQ(a.size(), b.size()) << ruta;
     EXPECT_EQ(real, esperado) << ruta;
-    EXPECT_FALSE(existeFichero(ruta + ".1")) << "temporary file left behind";
+    EXPECT_TRUE(restosTemporales().empty()) << "temporary file left behind";
 }
 
 const std::string kCabecera =
@@ -493,14 +494,14 @@ TEST(ExportaDXF, DestructorSinTerminar)
     dxf->inicioPolilinea(8, 256);
     dxf->finEntidades();
     EXPECT_THROW(delete dxf, Excepcion);
-    EXPECT_FALSE(existeFichero(ruta1 + ".1"));
-    EXPECT_EQ(leeTexto(ruta1), "");
+    EXPECT_FALSE(existeFichero(ruta1));
 
     const std::string ruta2 = rutaTemporal("seccion_al_final.dxf");
     dxf = new ExportaDXF(ruta2);
     dxf->inicioEntidades();
     EXPECT_THROW(delete dxf, Excepcion);
-    EXPECT_FALSE(existeFichero(ruta2 + ".1"));
+    EXPECT_FALSE(existeFichero(ruta2));
+    EXPECT_TRUE(restosTemporales().empty());
 }
 
 // While another exception unwinds, the unfinished writer does not raise (that would end the
@@ -515,40 +516,43 @@ TEST(ExportaDXF, DestructorDuranteOtraExcepcion)
             throw std::runtime_error("entidad");
         },
         std::runtime_error);
-    EXPECT_FALSE(existeFichero(ruta + ".1"));
+    EXPECT_FALSE(existeFichero(ruta));
+    EXPECT_TRUE(restosTemporales().empty());
 }
 
-// A file that cannot be opened crashes nothing: writes are dropped, misuse still raises,
-// nothing is assembled (an open section is not checked then), and a temporary file that did
-// open is removed.
+// A file that cannot be written crashes nothing and leaves nothing behind: the writer says
+// why, writes are dropped, misuse still raises, and nothing is assembled (an open section is
+// not checked then). A folder as the name is refused before any scratch file is made.
 TEST(ExportaDXF, FicheroNoSePuedeAbrir)
 {
     const std::string ruta = rutaTemporal("no/existe/plano.dxf");
     {
         ExportaDXF dxf(ruta);
-        EXPECT_EQ(dxf.final, nullptr);
+        EXPECT_FALSE(dxf.abierto());
         EXPECT_EQ(dxf.temporal, nullptr);
+        EXPECT_EQ(dxf.mensaje(),
+                  "no existe la carpeta " + std::filesystem::path(ruta).parent_path().string());
         dxf.setCapa("0");
         dxf.inicioEntidades();
         dxf.punto(1, 0.0, 0.0, 0.0);
         dxf.texto("a\nb", 1, 0.0, 0.0, 0.0, 1.0, 30.0);
         EXPECT_THROW(dxf.inicioEntidades(), Excepcion);
+        EXPECT_FALSE(dxf.termina());
     }
     EXPECT_FALSE(existeFichero(ruta));
 
-    // A directory as the name: the final file fails, its ".1" beside it opens.
     const std::string carpeta = rutaTemporal("carpeta");
     std::filesystem::create_directories(carpeta);
     {
         ExportaDXF dxf(carpeta);
-        EXPECT_EQ(dxf.final, nullptr);
-        EXPECT_NE(dxf.temporal, nullptr);
+        EXPECT_FALSE(dxf.abierto());
+        EXPECT_EQ(dxf.mensaje(), carpeta + " es una carpeta");
         dxf.inicioEntidades();
         dxf.setCapa("0");
         dxf.linea(1, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0);
         dxf.finEntidades();
     }
-    EXPECT_FALSE(existeFichero(carpeta + ".1"));
+    EXPECT_TRUE(std::filesystem::is_empty(carpeta));
 }
 
 // A drawing with a point, a line, a closed polyline, a polygon, a plane and a two-line text

@@ -51,4 +51,17 @@ void escribeFichero(const std::string& ruta, const std::string& texto)
 
 bool existeFichero(const std::string& ruta) { return std::filesystem::exists(ruta); }
 
+std::vector<std::string> restosTemporales()
+{
+    std::vector<std::string> restos;
+    for (const auto& e : std::filesystem::recursive_directory_iterator(carpeta()))
+    {
+        if (e.path().filename().string().rfind('.', 0) == 0)
+        {
+            restos.push_back(e.path().string());
+        }
+    }
+    return restos;
+}
+
 }  // namespace cad::prueba

@@ -14,5 +14,8 @@ std::vector<uint8_t> leeFichero(const std::string& ruta);
 void escribeFichero(const std::string& ruta, const std::vector<uint8_t>& bytes);
 void escribeFichero(const std::string& ruta, const std::string& texto);
 bool existeFichero(const std::string& ruta);
+// Files of the scratch folder that a writer left behind: the hidden temporary files that
+// an atomic write makes beside its target, which must be gone once the write has ended.
+std::vector<std::string> restosTemporales();
 
 }  // namespace cad::prueba

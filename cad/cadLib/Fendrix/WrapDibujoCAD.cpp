@@ -1,11 +1,16 @@
 #include "Fendrix/WrapDibujoCAD.h"
 
 #include <cstring>
+#include <new>
+#include <stdexcept>
 
 #include "Fendrix/constCharPtr.h"
 #include "base/Color.h"
 #include "base/Configuracion.h"
+#include "base/Excepcion.h"
+#include "base/FicheroAtomico.h"
 #include "base/GestorMensajes.h"
+#include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
@@ -486,6 +491,12 @@ bool WrapDibujoCAD::exportaDXF(const std::string& fichero)
     }
     const constCharPtr ruta(fichero);
     cad::ExportaDXF dxf(ruta.c_str());
+    escribeDXF(dxf);
+    return true;
+}
+
+void WrapDibujoCAD::escribeDXF(cad::ExportaDXF& dxf)
+{
     mDibujo->inicializaDocumentoDXF(dxf);
     mDibujo->exportaDocumentoDFX(dxf);
     if (mPantalla != nullptr)
@@ -493,7 +504,113 @@ bool WrapDibujoCAD::exportaDXF(const std::string& fichero)
         mPantalla->es2D();  // the display's state is asked for; nothing of it is written
     }
     mDibujo->finalizaDocumentoDXF(dxf);
-    return true;
+}
+
+namespace
+{
+
+// Runs a checked file operation: what would raise becomes a message.
+template <typename Operacion>
+bool comprobado(const std::string& fichero, std::string& mensaje, Operacion operacion)
+{
+    mensaje.clear();
+    try
+    {
+        return operacion();
+    }
+    catch (const std::logic_error&)
+    {
+        mensaje = "la ruta no es UTF-8 válido: " + fichero;
+    }
+    catch (const std::bad_alloc&)
+    {
+        mensaje = "no hay memoria suficiente para " + fichero;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool WrapDibujoCAD::guardaComprobado(const std::string& fichero, std::string& mensaje)
+{
+    return comprobado(fichero, mensaje,
+                      [&]
+                      {
+                          if (mEditor == nullptr)
+                          {
+                              mensaje = "no hay dibujo";
+                              return false;
+                          }
+                          cad::resultadoFichero_t r;
+                          const bool ok = mEditor->guardaDocumento(fichero.c_str(), r);
+                          mensaje = r.mensaje;
+                          return ok;
+                      });
+}
+
+bool WrapDibujoCAD::leeComprobado(const std::string& fichero, std::string& mensaje,
+                                  int64_t& entidadesDanadas)
+{
+    entidadesDanadas = 0;
+    return comprobado(fichero, mensaje,
+                      [&]
+                      {
+                          if (mEditor == nullptr)
+                          {
+                              mensaje = "no hay dibujo";
+                              return false;
+                          }
+                          cad::resultadoFichero_t r;
+                          const bool ok = mEditor->cargaDocumento(fichero.c_str(), r);
+                          mensaje = r.mensaje;
+                          entidadesDanadas = static_cast<int64_t>(r.entidadesDanadas);
+                          return ok;
+                      });
+}
+
+bool WrapDibujoCAD::exportaDXFComprobado(const std::string& fichero, std::string& mensaje)
+{
+    return comprobado(
+        fichero, mensaje,
+        [&]
+        {
+            if (mDibujo == nullptr)
+            {
+                mensaje = "no hay dibujo";
+                return false;
+            }
+            // A layer the DXF cannot name: its entities would have no layer line.
+            for (const cad::Capa* c : mDibujo->capas)
+            {
+                if (c->nombre.empty())
+                {
+                    mensaje = "una capa sin nombre no se puede escribir en un DXF; "
+                              "póngale nombre antes de exportar";
+                    return false;
+                }
+            }
+            cad::ExportaDXF dxf(fichero);
+            if (!dxf.abierto())
+            {
+                mensaje = dxf.mensaje();
+                dxf.descarta();
+                return false;
+            }
+            try
+            {
+                escribeDXF(dxf);
+            }
+            catch (const cad::Excepcion&)
+            {
+                mensaje = std::string("el DXF no se pudo escribir: ") +
+                          (dxf.diagnostico != nullptr ? dxf.diagnostico : "uso indebido del escritor");
+                dxf.descarta();
+                return false;
+            }
+            const bool ok = dxf.termina();
+            mensaje = dxf.mensaje();
+            return ok;
+        });
 }
 
 // ---------------------------------------------------------------------------------------

@@ -14,6 +14,7 @@ namespace cad
 class Dibujo;
 class Entidad;
 class EditorDibujo;
+class ExportaDXF;
 class PantallaCAD;
 }  // namespace cad
 
@@ -242,10 +243,22 @@ public:
     void redibuja();
     // The kernel's result; false with no editor.
     bool lee(const std::string& fichero);
-    // True whatever happens, as the kernel's save reports nothing.
+    // True whatever happens, as the kernel's save reports nothing. The file is written whole
+    // or not at all.
     bool guarda(const std::string& fichero);
-    // Writes the drawing as an "AC1009" DXF file; false with no drawing.
+    // Writes the drawing as an "AC1009" DXF file; false with no drawing. Raises
+    // cad::Excepcion on the writer's misuse (a layer without a name under an entity).
     bool exportaDXF(const std::string& fichero);
+
+    // The checked forms a host should use: they never raise, and on failure `mensaje` says
+    // why in words for the user (no space, no permission, missing folder, not a drawing...).
+    // A save or export that fails leaves the previous file exactly as it was; a load that
+    // fails leaves the drawing as it was. A load that succeeds on a damaged file says so in
+    // `mensaje` and counts the entities it kept unread in `entidadesDanadas`.
+    bool guardaComprobado(const std::string& fichero, std::string& mensaje);
+    bool leeComprobado(const std::string& fichero, std::string& mensaje,
+                       int64_t& entidadesDanadas);
+    bool exportaDXFComprobado(const std::string& fichero, std::string& mensaje);
 
     // --- editor state ---------------------------------------------------------------
     bool dentroComandoInteractivo();
@@ -493,6 +506,8 @@ private:
     void creaWrapperReactorFinalizaProcesoReferenciaEntidades();
     void muestraVariable(const char* variable, bool mostrar);
     bool camara(int cual, double& x, double& y, double& z);
+    // The three steps of an export, in their order, through `dxf`.
+    void escribeDXF(cad::ExportaDXF& dxf);
 };
 
 }  // namespace Fendrix

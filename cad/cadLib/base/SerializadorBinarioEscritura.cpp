@@ -1,11 +1,19 @@
 #include "base/SerializadorBinarioEscritura.h"
 
+#include <algorithm>
 #include <cstring>
-
-#include "base/Utf8.h"
+#include <string_view>
 
 namespace cad
 {
+
+namespace
+{
+
+// The longest string whose even-rounded length a u16 field holds.
+constexpr size_t kLongitudMaximaCadena = 65534;
+
+}  // namespace
 
 BloqueSerializacionBE::BloqueSerializacionBE(SerializadorBinarioEscritura& w, const char* tag,
                                              int tipo)
@@ -29,64 +37,150 @@ BloqueSerializacionBE::BloqueSerializacionBE(SerializadorBinarioEscritura& w, co
 
 BloqueSerializacionBE::~BloqueSerializacionBE()
 {
-    if (!escritor.abierto())
-    {
-        return;
-    }
-    const int64_t fin = escritor.posicion();
-    const uint64_t longitud = static_cast<uint64_t>(fin - posicionLongitud);
-    escritor.situa(posicionLongitud);
+    // The u16 and u32 forms keep the low bits: a body that outgrows its field is written as
+    // the format stands, and its reader goes by its own counts.
+    const auto longitud = static_cast<uint64_t>(escritor.posicion() - posicionLongitud);
     if (tipoBloque == kBloque16)
     {
-        escritor.escribeLongitud16(static_cast<uint32_t>(longitud));
+        const auto v = static_cast<uint16_t>(longitud);
+        escritor.reescribe(posicionLongitud, &v, sizeof v);
     }
     else if (tipoBloque == kBloque32)
     {
-        escritor.escribeLongitud32(static_cast<uint32_t>(longitud));
+        const auto v = static_cast<uint32_t>(longitud);
+        escritor.reescribe(posicionLongitud, &v, sizeof v);
     }
     else
     {
-        escritor.escribeLongitud64(longitud);
+        escritor.reescribe(posicionLongitud, &longitud, sizeof longitud);
     }
-    escritor.situa(fin);
 }
 
 SerializadorBinarioEscritura::SerializadorBinarioEscritura(const std::string& ruta)
+    : fichero(std::make_unique<FicheroAtomico>(ruta))
 {
-    fichero = abreFicheroUtf8(ruta, "wb");
 }
+
+SerializadorBinarioEscritura::SerializadorBinarioEscritura() : enMemoria(true) {}
 
 SerializadorBinarioEscritura::~SerializadorBinarioEscritura() { cierra(); }
 
-void SerializadorBinarioEscritura::cierra()
+bool SerializadorBinarioEscritura::abierto() const
 {
-    if (fichero != nullptr)
+    return !cerrado && (enMemoria || fichero->abierto());
+}
+
+void SerializadorBinarioEscritura::anade(const void* datos, size_t n)
+{
+    if (n == 0 || !abierto())
     {
-        std::fclose(fichero);
-        fichero = nullptr;
+        return;
+    }
+    if (capacidad - usado < n)
+    {
+        if (!enMemoria && (usado >= kVolcado || n >= kVolcado))
+        {
+            vuelca();
+            if (n >= kVolcado)
+            {
+                // A large body goes straight to the file, without a copy.
+                fichero->escribe(datos, n);
+                base += n;
+                return;
+            }
+        }
+        if (capacidad - usado < n)
+        {
+            const size_t nueva = std::max({capacidad * 2, usado + n, size_t{1} << 16});
+            std::unique_ptr<unsigned char[]> mayor(new unsigned char[nueva]);
+            if (usado > 0)
+            {
+                std::memcpy(mayor.get(), memoria.get(), usado);
+            }
+            memoria = std::move(mayor);
+            capacidad = nueva;
+        }
+    }
+    std::memcpy(memoria.get() + usado, datos, n);
+    usado += n;
+}
+
+void SerializadorBinarioEscritura::vuelca()
+{
+    if (!enMemoria && usado > 0)
+    {
+        fichero->escribe(memoria.get(), usado);
+        base += usado;
+        usado = 0;
     }
 }
 
-int64_t SerializadorBinarioEscritura::posicion()
+void SerializadorBinarioEscritura::reescribe(int64_t pos, const void* datos, uint32_t n)
 {
-    return fichero != nullptr ? static_cast<int64_t>(ftello(fichero)) : 0;
-}
-
-void SerializadorBinarioEscritura::situa(int64_t pos)
-{
-    if (fichero != nullptr)
+    if (!abierto() || pos < 0)
     {
-        fseeko(fichero, static_cast<off_t>(pos), SEEK_SET);
+        return;
+    }
+    auto posicion = static_cast<uint64_t>(pos);
+    const auto* p = static_cast<const unsigned char*>(datos);
+    if (posicion < base)
+    {
+        // Already on the file: few blocks span a flush (the outer ones, big bodies).
+        const auto antes = static_cast<size_t>(std::min<uint64_t>(n, base - posicion));
+        fichero->escribeEn(posicion, p, antes);
+        p += antes;
+        n -= static_cast<uint32_t>(antes);
+        posicion += antes;
+    }
+    if (n > 0 && posicion - base + n <= usado)
+    {
+        std::memcpy(memoria.get() + (posicion - base), p, n);
     }
 }
 
-void SerializadorBinarioEscritura::escribeBytes(const void* datos, uint32_t n)
+bool SerializadorBinarioEscritura::cierra()
 {
-    if (fichero != nullptr && n > 0)
+    if (cerrado)
     {
-        std::fwrite(datos, n, 1, fichero);
+        return mensaje().empty();
     }
+    bool ok = true;
+    if (!enMemoria)
+    {
+        vuelca();
+        ok = fichero->confirma();
+    }
+    cerrado = true;
+    return ok;
 }
+
+void SerializadorBinarioEscritura::descarta()
+{
+    if (!enMemoria)
+    {
+        fichero->descarta();
+    }
+    usado = 0;
+    cerrado = true;
+}
+
+const std::string& SerializadorBinarioEscritura::mensaje() const
+{
+    static const std::string kNinguno;
+    return enMemoria ? kNinguno : fichero->mensaje();
+}
+
+int SerializadorBinarioEscritura::codigoError() const
+{
+    return enMemoria ? 0 : fichero->codigoError();
+}
+
+std::vector<uint8_t> SerializadorBinarioEscritura::bytes() const
+{
+    return std::vector<uint8_t>(memoria.get(), memoria.get() + usado);
+}
+
+void SerializadorBinarioEscritura::escribeBytes(const void* datos, uint32_t n) { anade(datos, n); }
 
 void SerializadorBinarioEscritura::escribeVectorEnteros(const std::vector<int>& v)
 {
@@ -111,82 +205,89 @@ void SerializadorBinarioEscritura::escribePlano(const void* plano) { escribeByte
 void SerializadorBinarioEscritura::escribeVector3(const Vector3D<double>& v)
 {
     const double d[3] = {v.x, v.y, v.z};
-    escribeBytes(d, sizeof d);
+    anade(d, sizeof d);
 }
 
 void SerializadorBinarioEscritura::escribePunto3(const Punto3<double>& p)
 {
     const double d[3] = {p.x, p.y, p.z};
-    escribeBytes(d, sizeof d);
+    anade(d, sizeof d);
 }
 
 void SerializadorBinarioEscritura::escribeVector2(const Vector2D<double>& v)
 {
     const double d[2] = {v.x, v.y};
-    escribeBytes(d, sizeof d);
+    anade(d, sizeof d);
 }
 
 void SerializadorBinarioEscritura::escribeVector3Simple(const Vector3D<float>& v)
 {
     const float d[3] = {v.x, v.y, v.z};
-    escribeBytes(d, sizeof d);
+    anade(d, sizeof d);
 }
 
 void SerializadorBinarioEscritura::escribeVector2Simple(const Vector2D<float>& v)
 {
     const float d[2] = {v.x, v.y};
-    escribeBytes(d, sizeof d);
+    anade(d, sizeof d);
 }
 
-void SerializadorBinarioEscritura::escribeCadena(const std::string& s)
+void SerializadorBinarioEscritura::escribeCadena(const std::string& cadena)
 {
-    const uint32_t longitud = static_cast<uint32_t>(s.size());
-    escribeLongitud16(longitud + (longitud & 1));
-    if (longitud != 0)
+    std::string_view s(cadena);
+    if (s.size() > kLongitudMaximaCadena)
     {
-        escribeBytes(s.data(), longitud);
+        size_t n = kLongitudMaximaCadena;
+        while (n > 0 && (static_cast<unsigned char>(s[n]) & 0xC0) == 0x80)
+        {
+            --n;
+        }
+        s = s.substr(0, n);
     }
+    const auto longitud = static_cast<uint32_t>(s.size());
+    escribeLongitud16(longitud + (longitud & 1));
+    anade(s.data(), longitud);
     if ((longitud & 1) != 0)
     {
         const char cero = 0;
-        escribeBytes(&cero, 1);
+        anade(&cero, 1);
     }
 }
 
-void SerializadorBinarioEscritura::escribeDoble(double v) { escribeBytes(&v, sizeof v); }
-void SerializadorBinarioEscritura::escribeFlotante(float v) { escribeBytes(&v, sizeof v); }
-void SerializadorBinarioEscritura::escribeEntero(int32_t v) { escribeBytes(&v, sizeof v); }
-void SerializadorBinarioEscritura::escribeEnteroSinSigno(uint32_t v) { escribeBytes(&v, sizeof v); }
-void SerializadorBinarioEscritura::escribeCorto(int16_t v) { escribeBytes(&v, sizeof v); }
-void SerializadorBinarioEscritura::escribeCortoSinSigno(uint16_t v) { escribeBytes(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeDoble(double v) { anade(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeFlotante(float v) { anade(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeEntero(int32_t v) { anade(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeEnteroSinSigno(uint32_t v) { anade(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeCorto(int16_t v) { anade(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeCortoSinSigno(uint16_t v) { anade(&v, sizeof v); }
 
 void SerializadorBinarioEscritura::escribeCaracter(char v)
 {
-    escribeBytes(&v, 1);
-    escribeBytes(&v, 1);
+    const char d[2] = {v, v};
+    anade(d, 2);
 }
 
 void SerializadorBinarioEscritura::escribeByte(uint8_t v)
 {
-    escribeBytes(&v, 1);
-    escribeBytes(&v, 1);
+    const uint8_t d[2] = {v, v};
+    anade(d, 2);
 }
 
 void SerializadorBinarioEscritura::escribeBooleano(bool v)
 {
     const uint8_t b = v ? 1 : 0;
-    escribeBytes(&b, 1);
-    escribeBytes(&b, 1);
+    const uint8_t d[2] = {b, b};
+    anade(d, 2);
 }
 
 void SerializadorBinarioEscritura::escribeLongitud16(uint32_t v)
 {
-    const uint16_t corto = static_cast<uint16_t>(v);
-    escribeBytes(&corto, sizeof corto);
+    const auto corto = static_cast<uint16_t>(v);
+    anade(&corto, sizeof corto);
 }
 
-void SerializadorBinarioEscritura::escribeLongitud32(uint32_t v) { escribeBytes(&v, sizeof v); }
-void SerializadorBinarioEscritura::escribeLongitud64(uint64_t v) { escribeBytes(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeLongitud32(uint32_t v) { anade(&v, sizeof v); }
+void SerializadorBinarioEscritura::escribeLongitud64(uint64_t v) { anade(&v, sizeof v); }
 
 BloqueSerializacion* SerializadorBinarioEscritura::nuevoBloque(const char* tag, int tipoBloque)
 {

@@ -1,8 +1,9 @@
 #include "base/SerializadorBinarioLectura.h"
 
+#include <algorithm>
 #include <cstring>
 
-#include "base/Utf8.h"
+#include "base/FicheroAtomico.h"
 
 namespace cad
 {
@@ -76,63 +77,77 @@ uint64_t BloqueSerializacionBL::restante() const
 
 SerializadorBinarioLectura::SerializadorBinarioLectura(const std::string& ruta)
 {
-    fichero = abreFicheroUtf8(ruta, "rb");
-    mideTamano();
-}
-
-SerializadorBinarioLectura::SerializadorBinarioLectura(std::FILE* flujo) : fichero(flujo)
-{
-    mideTamano();
-}
-
-void SerializadorBinarioLectura::mideTamano()
-{
-    if (fichero != nullptr)
+    FicheroLeido fichero(ruta);
+    if (!fichero.ok())
     {
-        const off_t inicio = ftello(fichero);
-        fseeko(fichero, 0, SEEK_END);
-        tamanoFichero = static_cast<int64_t>(ftello(fichero));
-        fseeko(fichero, inicio, SEEK_SET);
+        error = fichero.codigoError();
+        texto = fichero.mensaje();
+        return;
     }
+    tamano_ = fichero.tamano();
+    propios = fichero.suelta();
+    datos_ = propios.get();
 }
 
-SerializadorBinarioLectura::~SerializadorBinarioLectura() { cierra(); }
+SerializadorBinarioLectura::SerializadorBinarioLectura(std::FILE* flujo)
+{
+    if (flujo == nullptr)
+    {
+        return;
+    }
+    size_t capacidad = size_t{1} << 16;
+    propios.reset(new unsigned char[capacidad]);
+    for (;;)
+    {
+        if (tamano_ == capacidad)
+        {
+            std::unique_ptr<unsigned char[]> mayor(new unsigned char[capacidad * 2]);
+            std::memcpy(mayor.get(), propios.get(), tamano_);
+            propios = std::move(mayor);
+            capacidad *= 2;
+        }
+        const size_t n = std::fread(propios.get() + tamano_, 1, capacidad - tamano_, flujo);
+        if (n == 0)
+        {
+            break;
+        }
+        tamano_ += n;
+    }
+    std::fclose(flujo);
+    datos_ = propios.get();
+}
+
+SerializadorBinarioLectura::SerializadorBinarioLectura(const unsigned char* datos, size_t n)
+    : datos_(datos), tamano_(datos != nullptr ? n : 0)
+{
+}
 
 void SerializadorBinarioLectura::cierra()
 {
-    if (fichero != nullptr)
-    {
-        std::fclose(fichero);
-        fichero = nullptr;
-    }
+    propios.reset();
+    datos_ = nullptr;
+    tamano_ = 0;
+    actual = 0;
 }
 
-int64_t SerializadorBinarioLectura::posicion()
+bool SerializadorBinarioLectura::situa(int64_t pos)
 {
-    return fichero != nullptr ? static_cast<int64_t>(ftello(fichero)) : 0;
-}
-
-void SerializadorBinarioLectura::situa(int64_t pos)
-{
-    if (fichero != nullptr)
+    if (datos_ == nullptr || pos < 0)
     {
-        fseeko(fichero, static_cast<off_t>(pos), SEEK_SET);
+        return false;
     }
+    actual = std::min(static_cast<size_t>(pos), tamano_);
+    return true;
 }
 
 uint64_t SerializadorBinarioLectura::bytesDisponibles()
 {
-    if (fichero == nullptr)
-    {
-        return 0;
-    }
-    const int64_t resto = tamanoFichero - posicion();
-    return resto > 0 ? static_cast<uint64_t>(resto) : 0;
+    return tamano_ - actual;
 }
 
-bool SerializadorBinarioLectura::leeBytes(void* datos, uint32_t n)
+bool SerializadorBinarioLectura::leeBytes(void* destino, uint32_t n)
 {
-    if (fichero == nullptr)
+    if (datos_ == nullptr)
     {
         return false;
     }
@@ -140,7 +155,23 @@ bool SerializadorBinarioLectura::leeBytes(void* datos, uint32_t n)
     {
         return true;
     }
-    return std::fread(datos, n, 1, fichero) == 1;
+    // A short source gives what it has and the failure, as a short read of a stream would.
+    const size_t hay = std::min<size_t>(n, tamano_ - actual);
+    std::memcpy(destino, datos_ + actual, hay);
+    actual += hay;
+    return hay == n;
+}
+
+template <typename T>
+bool SerializadorBinarioLectura::leeValor(T& v)
+{
+    if (tamano_ - actual < sizeof(T) || datos_ == nullptr)
+    {
+        return leeBytes(&v, sizeof(T));
+    }
+    std::memcpy(&v, datos_ + actual, sizeof(T));
+    actual += sizeof(T);
+    return true;
 }
 
 bool SerializadorBinarioLectura::leeVectorEnteros(std::vector<int>& v)
@@ -197,7 +228,7 @@ bool SerializadorBinarioLectura::leePlano(void* plano) { return leeBytes(plano, 
 bool SerializadorBinarioLectura::leeVector3(Vector3D<double>& v)
 {
     double d[3] = {v.x, v.y, v.z};
-    const bool ok = leeBytes(d, sizeof d);
+    const bool ok = leeValor(d);
     v.x = d[0];
     v.y = d[1];
     v.z = d[2];
@@ -207,7 +238,7 @@ bool SerializadorBinarioLectura::leeVector3(Vector3D<double>& v)
 bool SerializadorBinarioLectura::leePunto3(Punto3<double>& p)
 {
     double d[3] = {p.x, p.y, p.z};
-    const bool ok = leeBytes(d, sizeof d);
+    const bool ok = leeValor(d);
     p.x = d[0];
     p.y = d[1];
     p.z = d[2];
@@ -217,7 +248,7 @@ bool SerializadorBinarioLectura::leePunto3(Punto3<double>& p)
 bool SerializadorBinarioLectura::leeVector2(Vector2D<double>& v)
 {
     double d[2] = {v.x, v.y};
-    const bool ok = leeBytes(d, sizeof d);
+    const bool ok = leeValor(d);
     v.x = d[0];
     v.y = d[1];
     return ok;
@@ -226,7 +257,7 @@ bool SerializadorBinarioLectura::leeVector2(Vector2D<double>& v)
 bool SerializadorBinarioLectura::leeVector3Simple(Vector3D<float>& v)
 {
     float d[3] = {v.x, v.y, v.z};
-    const bool ok = leeBytes(d, sizeof d);
+    const bool ok = leeValor(d);
     v.x = d[0];
     v.y = d[1];
     v.z = d[2];
@@ -236,7 +267,7 @@ bool SerializadorBinarioLectura::leeVector3Simple(Vector3D<float>& v)
 bool SerializadorBinarioLectura::leeVector2Simple(Vector2D<float>& v)
 {
     float d[2] = {v.x, v.y};
-    const bool ok = leeBytes(d, sizeof d);
+    const bool ok = leeValor(d);
     v.x = d[0];
     v.y = d[1];
     return ok;
@@ -258,7 +289,7 @@ bool SerializadorBinarioLectura::leeCadena(std::string& s)
     if (longitud > bytesDisponibles())
     {
         s.clear();
-        situa(tamanoFichero);
+        situa(static_cast<int64_t>(tamano_));
         return false;
     }
     s.assign(longitud, '\0');
@@ -271,12 +302,12 @@ bool SerializadorBinarioLectura::leeCadena(std::string& s)
     return ok;
 }
 
-bool SerializadorBinarioLectura::leeDoble(double& v) { return leeBytes(&v, sizeof v); }
-bool SerializadorBinarioLectura::leeFlotante(float& v) { return leeBytes(&v, sizeof v); }
-bool SerializadorBinarioLectura::leeEntero(int32_t& v) { return leeBytes(&v, sizeof v); }
-bool SerializadorBinarioLectura::leeEnteroSinSigno(uint32_t& v) { return leeBytes(&v, sizeof v); }
-bool SerializadorBinarioLectura::leeCorto(int16_t& v) { return leeBytes(&v, sizeof v); }
-bool SerializadorBinarioLectura::leeCortoSinSigno(uint16_t& v) { return leeBytes(&v, sizeof v); }
+bool SerializadorBinarioLectura::leeDoble(double& v) { return leeValor(v); }
+bool SerializadorBinarioLectura::leeFlotante(float& v) { return leeValor(v); }
+bool SerializadorBinarioLectura::leeEntero(int32_t& v) { return leeValor(v); }
+bool SerializadorBinarioLectura::leeEnteroSinSigno(uint32_t& v) { return leeValor(v); }
+bool SerializadorBinarioLectura::leeCorto(int16_t& v) { return leeValor(v); }
+bool SerializadorBinarioLectura::leeCortoSinSigno(uint16_t& v) { return leeValor(v); }
 
 bool SerializadorBinarioLectura::leeCaracter(char& v)
 {

@@ -1,7 +1,10 @@
 // The binary file reader of the document format, and its block that reads tag and length.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include "base/SerializadorLecturaBase.h"
@@ -30,17 +33,21 @@ public:
     int64_t posicionLongitud = 0;
 };
 
+// Reads the document format from memory: a file is read whole, in large reads, and parsed
+// from there.
 class SerializadorBinarioLectura : public SerializadorLecturaBase
 {
 public:
-    // Opens `ruta` (UTF-8) with "rb". Throws std::logic_error for a path that is not UTF-8;
-    // a file that can't be opened leaves the stream null and every read returns false.
+    // Reads `ruta` (UTF-8). Throws std::logic_error for a path that is not UTF-8; a file that
+    // can't be read (missing, not a regular file, no permission) leaves abierto() false,
+    // every read returns false, and mensaje() says why.
     explicit SerializadorBinarioLectura(const std::string& ruta);
-    // Takes an already-open seekable stream, such as one fmemopen gives over bytes in memory,
-    // and closes it when done. Reading starts where the stream stands; a null stream reads
-    // nothing.
+    // Reads what is left of an open stream (fmemopen over bytes, say) and closes it. A null
+    // stream reads nothing.
     explicit SerializadorBinarioLectura(std::FILE* flujo);
-    ~SerializadorBinarioLectura() override;
+    // Reads `n` bytes that the caller keeps alive for the reader's life; nothing is copied.
+    SerializadorBinarioLectura(const unsigned char* datos, size_t n);
+    ~SerializadorBinarioLectura() override = default;
     SerializadorBinarioLectura(const SerializadorBinarioLectura&) = delete;
     SerializadorBinarioLectura& operator=(const SerializadorBinarioLectura&) = delete;
 
@@ -73,18 +80,30 @@ public:
     BloqueSerializacion* leeBloque32() override;
     BloqueSerializacion* leeBloque64() override;
     uint64_t bytesDisponibles() override;
+    int64_t posicion() override { return static_cast<int64_t>(actual); }
+    // A position beyond the end stands at the end.
+    bool situa(int64_t pos) override;
 
-    bool abierto() const { return fichero != nullptr; }
-    int64_t posicion();
-    void situa(int64_t pos);
+    bool abierto() const { return datos_ != nullptr; }
+    // Drops the bytes; later reads return false.
     void cierra();
-
-    std::FILE* fichero = nullptr;
-    int64_t tamanoFichero = 0;
+    // Why the file could not be read; empty when it was.
+    const std::string& mensaje() const { return texto; }
+    int codigoError() const { return error; }
+    uint64_t tamano() const { return tamano_; }
+    const unsigned char* datos() const { return datos_; }
 
 private:
-    // tamanoFichero from the stream's end, leaving the position where it was.
-    void mideTamano();
+    // Reads a value of fixed size: the only place that copies bytes out.
+    template <typename T>
+    bool leeValor(T& v);
+
+    std::unique_ptr<unsigned char[]> propios;
+    const unsigned char* datos_ = nullptr;
+    size_t tamano_ = 0;
+    size_t actual = 0;
+    int error = 0;
+    std::string texto;
 };
 
 }  // namespace cad

@@ -56,6 +56,15 @@ public:
     // How many bytes the source still holds; readers of untrusted files check counts and
     // tails against it before they allocate.
     virtual uint64_t bytesDisponibles() { return std::numeric_limits<uint64_t>::max(); }
+    // Where the reader stands, in bytes from the source's start, and a move to another place:
+    // the entity list uses them to resume at the next block after a damaged one. A source
+    // that cannot tell answers -1 and false.
+    virtual int64_t posicion() { return -1; }
+    virtual bool situa(int64_t pos)
+    {
+        (void)pos;
+        return false;
+    }
 };
 
 }  // namespace cad

@@ -6,6 +6,7 @@
 #include "base/Color.h"
 #include "base/Configuracion.h"
 #include "base/Excepcion.h"
+#include "base/FicheroAtomico.h"
 #include "base/GeneradorId.h"
 #include "base/GestorMensajes.h"
 #include "base/ObjetoCAD.h"

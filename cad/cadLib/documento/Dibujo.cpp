@@ -10,6 +10,8 @@
 
 #include "base/Configuracion.h"
 #include "base/ReferenciaObjetoCAD.h"
+#include "base/SerializadorBinarioEscritura.h"
+#include "base/SerializadorBinarioLectura.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "documento/ReferenciaEntidades.h"
@@ -1376,6 +1378,78 @@ bool Dibujo::lee(SerializadorLecturaBase& r)
         documentoListo = true;
     }
     return ok;
+}
+
+bool Dibujo::guardaFichero(const std::string& ruta, resultadoFichero_t& resultado)
+{
+    resultado = resultadoFichero_t();
+    SerializadorBinarioEscritura escritor(ruta);
+    if (escritor.abierto())
+    {
+        escribe(escritor);
+    }
+    resultado.ok = escritor.cierra();
+    resultado.codigoError = escritor.codigoError();
+    resultado.mensaje = escritor.mensaje();
+    return resultado.ok;
+}
+
+bool Dibujo::leeFichero(const std::string& ruta, resultadoFichero_t& resultado)
+{
+    resultado = resultadoFichero_t();
+    const FicheroLeido fichero(ruta);
+    if (!fichero.ok())
+    {
+        resultado.codigoError = fichero.codigoError();
+        resultado.mensaje = fichero.mensaje();
+        return false;
+    }
+    const std::string magia(etiqueta());
+    const std::string cabeza(reinterpret_cast<const char*>(fichero.datos()),
+                             std::min(fichero.tamano(), magia.size() + 1));
+    if (fichero.tamano() == 0)
+    {
+        resultado.mensaje = ruta + " está vacío";
+        return false;
+    }
+    if (cabeza != std::string(magia.c_str(), magia.size() + 1))
+    {
+        // The magic's last characters are the version: one version is read.
+        const bool otraVersion = cabeza.compare(0, magia.size() - 2, magia, 0, magia.size() - 2) == 0;
+        resultado.mensaje = otraVersion ? ruta + " es de otra versión del formato de dibujo"
+                                        : ruta + " no es un dibujo de Tarvelo";
+        return false;
+    }
+    {
+        Dibujo prueba;
+        prueba.nuevoDocumento();
+        SerializadorBinarioLectura lector(fichero.datos(), fichero.tamano());
+        if (!prueba.lee(lector))
+        {
+            resultado.mensaje = ruta + " está dañado y no se puede leer";
+            return false;
+        }
+    }
+    hayCambios_ = true;
+    redibujar = true;
+    vistaAplicada = false;
+    SerializadorBinarioLectura lector(fichero.datos(), fichero.tamano());
+    resultado.ok = lee(lector);
+    if (!resultado.ok)
+    {
+        // The same bytes read on the scratch drawing: only exhausted memory gets here.
+        resultado.mensaje = ruta + " no se pudo leer";
+        return false;
+    }
+    resultado.entidadesDanadas = entidades.danadas;
+    if (entidades.danadas > 0)
+    {
+        resultado.mensaje = ruta + " está dañado: " + std::to_string(entidades.danadas) +
+                            (entidades.danadas == 1 ? " entidad no se pudo leer y se conserva"
+                                                    : " entidades no se pudieron leer y se conservan") +
+                            " tal como venían";
+    }
+    return true;
 }
 
 namespace

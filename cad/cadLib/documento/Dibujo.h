@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/Color.h"
+#include "base/FicheroAtomico.h"
 #include "base/GeneradorId.h"
 #include "base/ObjetoCAD.h"
 #include "base/geometria/Plano3D.h"
@@ -62,6 +63,16 @@ public:
     const char* etiqueta() const override { return "Tarvelo.CAD.v02"; }
     void escribe(SerializadorEscrituraBase& w) override;
     bool lee(SerializadorLecturaBase& r) override;
+
+    // Checked file forms for hosts; both throw std::logic_error for a path that is not UTF-8.
+    // guardaFichero writes the document through a temporary file that replaces `ruta` only
+    // when whole and checked: on failure the previous file is untouched and `resultado` says
+    // why. leeFichero reads the whole file and tries it on a scratch drawing first: a file
+    // that can't be read leaves this drawing as it was, and `resultado` says why. A file that
+    // reads is then read here as lee does, after the load's marks (changed, repaint, view not
+    // applied); `resultado` counts the damaged entities kept as raw bytes.
+    bool guardaFichero(const std::string& ruta, resultadoFichero_t& resultado);
+    bool leeFichero(const std::string& ruta, resultadoFichero_t& resultado);
 
     // --- whole document -------------------------------------------------------------
     // Layer "0", the default material (id from the generator), style "standar", default

@@ -1,11 +1,17 @@
 #include "documento/ListaEntidades.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
+#include "base/SerializadorBinarioLectura.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "entidades/EntidadDesconocida.h"
+#include "entidades/Firmas.h"
 #include "entidades/Linea.h"
 #include "entidades/Plano.h"
 #include "entidades/Poligono.h"
@@ -33,47 +39,61 @@ void ListaEntidades::vacia()
     ++generacion;
 }
 
-Entidad* ListaEntidades::creaEntidad(const char* tag)
+namespace
 {
-    using Fabrica = Entidad* (*)();
-    struct fila_t
-    {
-        const char* tag;
-        Fabrica crea;  // null: a kind with no class in this build, kept as unknown
-    };
-    // Tested in this order, exactly. "Pg1" is taken by the polyline first, so the polygon's
-    // row never fires and a saved polygon comes back as a polyline: the file format stands
-    // so. Kinds whose classes come later keep their bytes as unknown entities meanwhile.
-    static const fila_t kFabrica[] = {
-        {"Pt1", [] { return static_cast<Entidad*>(new Punto()); }},
-        {"GrpPnt1", nullptr},
-        {"Ln1", [] { return static_cast<Entidad*>(new Linea()); }},
-        {"Pg1", [] { return static_cast<Entidad*>(new Polilinea()); }},
-        {"PolyLn1", [] { return static_cast<Entidad*>(new Polilinea()); }},
-        {"Pg1", [] { return static_cast<Entidad*>(new Poligono()); }},
-        {"C3D", nullptr},
-        {"Poly3D1", nullptr},
-        {"Cb1", nullptr},
-        {"Pr1", nullptr},
-        {"Cl1", nullptr},
-        {"Es1", nullptr},
-        {"PC1", [] { return static_cast<Entidad*>(new PuntoControl()); }},
-        {"Superficie3D001", nullptr},
-        {"Ob1", nullptr},
-        {"Pn1", [] { return static_cast<Entidad*>(new Plano()); }},
-        {"Sl1", [] { return static_cast<Entidad*>(new SistemaLocal()); }},
-        {"TC1", nullptr},
-        {"F3D", nullptr},
-        {"Tx1", [] { return static_cast<Entidad*>(new Texto()); }},
-    };
+
+using Fabrica = Entidad* (*)();
+
+struct fila_t
+{
+    const char* tag;
+    Fabrica crea;  // null: a kind with no class in this build, kept as unknown
+};
+
+// Tested in this order, exactly. "Pg1" is taken by the polyline first, so the polygon's row
+// never fires and a saved polygon comes back as a polyline: the file format stands so. Kinds
+// whose classes come later keep their bytes as unknown entities meanwhile.
+const fila_t kFabrica[] = {
+    {"Pt1", [] { return static_cast<Entidad*>(new Punto()); }},
+    {"GrpPnt1", nullptr},
+    {"Ln1", [] { return static_cast<Entidad*>(new Linea()); }},
+    {"Pg1", [] { return static_cast<Entidad*>(new Polilinea()); }},
+    {"PolyLn1", [] { return static_cast<Entidad*>(new Polilinea()); }},
+    {"Pg1", [] { return static_cast<Entidad*>(new Poligono()); }},
+    {"C3D", nullptr},
+    {"Poly3D1", nullptr},
+    {"Cb1", nullptr},
+    {"Pr1", nullptr},
+    {"Cl1", nullptr},
+    {"Es1", nullptr},
+    {"PC1", [] { return static_cast<Entidad*>(new PuntoControl()); }},
+    {"Superficie3D001", nullptr},
+    {"Ob1", nullptr},
+    {"Pn1", [] { return static_cast<Entidad*>(new Plano()); }},
+    {"Sl1", [] { return static_cast<Entidad*>(new SistemaLocal()); }},
+    {"TC1", nullptr},
+    {"F3D", nullptr},
+    {"Tx1", [] { return static_cast<Entidad*>(new Texto()); }},
+};
+
+const fila_t* filaDe(const char* tag)
+{
     for (const fila_t& f : kFabrica)
     {
         if (std::strcmp(f.tag, tag) == 0)
         {
-            return f.crea != nullptr ? f.crea() : new EntidadDesconocida(tag);
+            return &f;
         }
     }
-    return new EntidadDesconocida(tag);
+    return nullptr;
+}
+
+}  // namespace
+
+Entidad* ListaEntidades::creaEntidad(const char* tag)
+{
+    const fila_t* f = filaDe(tag);
+    return f != nullptr && f->crea != nullptr ? f->crea() : new EntidadDesconocida(tag);
 }
 
 void ListaEntidades::extension(Rect3<double>& caja) const
@@ -97,6 +117,11 @@ void ListaEntidades::escribe(SerializadorEscrituraBase& w)
     w.escribeLongitud64(size());
     for (Entidad* e : *this)
     {
+        if (e->tamanoBloque() == kBloqueCrudo)
+        {
+            e->escribe(w);
+            continue;
+        }
         std::unique_ptr<BloqueSerializacion> propio(
             w.nuevoBloque(e->etiqueta(), e->tamanoBloque()));
         e->escribe(w);
@@ -105,43 +130,254 @@ void ListaEntidades::escribe(SerializadorEscrituraBase& w)
     escribeDatosDesconocidos(w);
 }
 
+namespace
+{
+
+// A block's frame as the reader found it.
+struct marco_t
+{
+    char tag[20] = {};
+    int64_t inicio = 0;          // the tag's first byte
+    int64_t posicionLongitud = 0;
+    int anchura = 0;             // bytes of the length field
+    uint64_t longitud = 0;       // as stored: from the length field's first byte
+    // The tag stands as a writer puts it: printable, its terminator closing a field of
+    // strlen + 1 bytes, so that written back it reads back the same.
+    bool legible = false;
+
+    int64_t cuerpo() const { return posicionLongitud + anchura; }
+    // The end the stored length gives, or -1 when it falls outside [cuerpo, limite].
+    int64_t finDeclarado(int64_t limite) const
+    {
+        const auto desde = static_cast<uint64_t>(posicionLongitud);
+        if (longitud < static_cast<uint64_t>(anchura) ||
+            longitud > static_cast<uint64_t>(limite) - desde)
+        {
+            return -1;
+        }
+        return posicionLongitud + static_cast<int64_t>(longitud);
+    }
+};
+
+marco_t marcoDe(const BloqueSerializacion& b, int64_t inicio, int64_t posicion)
+{
+    marco_t m;
+    m.inicio = inicio;
+    b.tipo(m.tag);
+    const auto* bl = dynamic_cast<const BloqueSerializacionBL*>(&b);
+    if (bl == nullptr)
+    {
+        return m;
+    }
+    m.anchura = bl->tipoBloque == kBloque16 ? 2 : (bl->tipoBloque == kBloque32 ? 4 : 8);
+    m.longitud = bl->longitud;
+    m.posicionLongitud = bl->posicionLongitud;
+    const size_t n = std::strlen(m.tag);
+    bool imprimible = n > 0;
+    for (size_t i = 0; i < n; ++i)
+    {
+        const auto c = static_cast<unsigned char>(m.tag[i]);
+        imprimible = imprimible && c > 0x20 && c < 0x7F;
+    }
+    m.legible = imprimible && m.posicionLongitud == inicio + static_cast<int64_t>(n) + 1 &&
+                posicion == m.cuerpo();
+    return m;
+}
+
+// How a body read agreed with its block's length.
+enum lectura_e
+{
+    kFalla,    // it did not read, or it ran past the length
+    kExacta,   // it ended where the length says (or whole turns of a u16/u32 field beyond)
+    kConCola   // it ended before: what is left is a newer version's tail
+};
+
+// Reads `e`'s body from the block's start on, and says how its end agrees with the stored
+// length. Only where `vuelta` allows may it end beyond the length by whole turns of a u16 or
+// u32 field, which a body larger than its field leaves when it is written.
+lectura_e leeCuerpo(Entidad& e, SerializadorLecturaBase& r, const marco_t& m, int64_t limite,
+                    bool vuelta, uint64_t& cola)
+{
+    cola = 0;
+    r.situa(m.cuerpo());
+    if (!e.lee(r))
+    {
+        return kFalla;
+    }
+    const int64_t fin = r.posicion();
+    if (fin > limite)
+    {
+        return kFalla;
+    }
+    const auto leido = static_cast<uint64_t>(fin - m.posicionLongitud);
+    if (leido <= m.longitud)
+    {
+        if (m.finDeclarado(limite) < 0)
+        {
+            return kFalla;
+        }
+        cola = m.longitud - leido;
+        return cola == 0 ? kExacta : kConCola;
+    }
+    const uint64_t mascara = m.anchura == 2 ? 0xFFFFu : (m.anchura == 4 ? 0xFFFFFFFFu : 0);
+    return vuelta && mascara != 0 && ((leido - m.longitud) & mascara) == 0 ? kExacta : kFalla;
+}
+
+// A polyline made from a polygon's body, which comes under the tag they share: its
+// vertices, closed, and the polygon's common fields.
+Entidad* polilineaDePoligono(const Poligono& p)
+{
+    auto* resultado = new Polilinea();
+    static_cast<Entidad&>(*resultado) = static_cast<const Entidad&>(p);
+    resultado->vertices = p.vertices;
+    resultado->cerrada = true;
+    return resultado;
+}
+
+// The entity of a block whose frame is `m`, when its body reads as its kind and agrees with
+// the block's length; null otherwise. The reader stands at the block's end after a success.
+std::unique_ptr<Entidad> intentaLeer(SerializadorLecturaBase& r, const marco_t& m,
+                                     int64_t limite)
+{
+    if (!m.legible)
+    {
+        return nullptr;
+    }
+    const fila_t* fila = filaDe(m.tag);
+    const bool conocida = fila != nullptr && fila->crea != nullptr;
+    std::unique_ptr<Entidad> e(conocida ? fila->crea() : new EntidadDesconocida(m.tag));
+    uint64_t cola = 0;
+    // Only a kind that knows its own counts may outgrow its field; an unknown one is skipped
+    // by its stored length.
+    lectura_e lectura = leeCuerpo(*e, r, m, limite, conocida, cola);
+    if (lectura != kExacta && conocida && std::strcmp(m.tag, kFirmaEntidadPolilinea) == 0)
+    {
+        // A polygon's body is a polyline's without the two bytes of the closed flag: read
+        // exactly, at most one of the two agrees with the length (bodies are whole multiples
+        // of 24 bytes of vertices apart, and 2^16 is no such multiple plus two).
+        Poligono p;
+        uint64_t colaPoligono = 0;
+        if (leeCuerpo(p, r, m, limite, true, colaPoligono) == kExacta)
+        {
+            e.reset(polilineaDePoligono(p));
+            lectura = kExacta;
+            cola = 0;
+        }
+        else if (lectura == kConCola)
+        {
+            // A polyline with a newer version's tail: read it again as such.
+            lectura = leeCuerpo(*e, r, m, limite, true, cola);
+        }
+    }
+    if (lectura == kFalla || cola > UINT32_MAX)
+    {
+        return nullptr;
+    }
+    // The tail of a newer version is kept; it lies inside the limit, as leeCuerpo checked.
+    if (cola > 0)
+    {
+        e->datosDesconocidos = static_cast<unsigned char*>(std::malloc(cola));
+        if (e->datosDesconocidos == nullptr)
+        {
+            throw std::bad_alloc();
+        }
+        e->tamanoDatosDesconocidos = static_cast<uint32_t>(cola);
+        r.leeBytes(e->datosDesconocidos, static_cast<uint32_t>(cola));
+    }
+    return e;
+}
+
+// Whether a block that reads as its kind starts at `pos`, where the list goes on after a
+// damaged block. Leaves the reader where it stood.
+bool empiezaBloque(SerializadorLecturaBase& r, int64_t pos, int64_t limite)
+{
+    const int64_t antes = r.posicion();
+    r.situa(pos);
+    std::unique_ptr<BloqueSerializacion> b(r.leeBloque());
+    const marco_t m = marcoDe(*b, pos, r.posicion());
+    const bool ok = m.legible && filaDe(m.tag) != nullptr && intentaLeer(r, m, limite) != nullptr;
+    r.situa(antes);
+    return ok;
+}
+
+// Where the list goes on after the damaged block that starts at `m.inicio`: at the end its
+// length gives when a sound block (or the list's end) stands there, else at the first later
+// place where a block of a known kind reads whole, else at the list's end.
+int64_t siguienteBloque(SerializadorLecturaBase& r, const marco_t& m, int64_t limite)
+{
+    const int64_t declarado = m.finDeclarado(limite);
+    if (declarado > m.inicio && (declarado == limite || empiezaBloque(r, declarado, limite)))
+    {
+        return declarado;
+    }
+    for (int64_t pos = m.inicio + 1; pos < limite; ++pos)
+    {
+        // Only where a tag of the table stands is a block worth trying.
+        char cabeza[16] = {};
+        r.situa(pos);
+        if (!r.espia(cabeza, static_cast<uint32_t>(std::min<int64_t>(16, limite - pos))))
+        {
+            continue;
+        }
+        cabeza[15] = '\0';
+        if (filaDe(cabeza) != nullptr && empiezaBloque(r, pos, limite))
+        {
+            return pos;
+        }
+    }
+    return limite;
+}
+
+}  // namespace
+
 bool ListaEntidades::lee(SerializadorLecturaBase& r)
 {
     vacia();
-    BloqueSerializacion* bloque = r.leeBloque64();
+    danadas = 0;
+    std::unique_ptr<BloqueSerializacion> bloque(r.leeBloque64());
     if (!bloque->esTipo(etiqueta()))
     {
-        finLectura(r, bloque);
+        finLectura(r, bloque.release());
         return false;
     }
     uint64_t cuenta = 0;
     if (!r.leeLongitud64(cuenta))
     {
-        delete bloque;
         return false;
     }
-    // The count comes from the file: the loop also ends when no bytes are left, so a lying
-    // count cannot spin; in a sound file every entity is read before that.
-    for (uint64_t i = 0; i<cuenta&& static_cast<int64_t>(cuenta)> 0; ++i)
+    // The list ends where its length says, or at the file's end if that comes first.
+    const int64_t inicio = r.posicion();
+    const uint64_t disponibles = r.bytesDisponibles();
+    const int64_t limite =
+        inicio + static_cast<int64_t>(std::min(bloque->restante(), disponibles));
+    // The count comes from the file: the loop also ends at the list's end, so a lying count
+    // cannot spin; in a sound file every entity is read before that.
+    for (uint64_t i = 0; i < cuenta && static_cast<int64_t>(cuenta) > 0 && r.posicion() < limite;
+         ++i)
     {
-        if (r.bytesDisponibles() == 0)
+        const int64_t desde = r.posicion();
+        std::unique_ptr<BloqueSerializacion> propio(r.leeBloque());
+        const marco_t m = marcoDe(*propio, desde, r.posicion());
+        std::unique_ptr<Entidad> e = intentaLeer(r, m, limite);
+        if (!e)
         {
-            break;
+            // Never read on from the middle of a block: the bytes up to the next sound block
+            // are kept whole, to be written back as they came.
+            const int64_t hasta = siguienteBloque(r, m, limite);
+            std::vector<uint8_t> bytes(static_cast<size_t>(hasta - desde));
+            r.situa(desde);
+            for (size_t hecho = 0; hecho < bytes.size();)
+            {
+                const auto n = static_cast<uint32_t>(std::min<size_t>(bytes.size() - hecho, 1u << 30));
+                r.leeBytes(bytes.data() + hecho, n);
+                hecho += n;
+            }
+            e.reset(EntidadDesconocida::cruda(std::move(bytes)));
+            ++danadas;
         }
-        BloqueSerializacion* propio = r.leeBloque();
-        char tag[20];
-        propio->tipo(tag);
-        std::unique_ptr<Entidad> e(creaEntidad(tag));
-        if (!e->lee(r))
-        {
-            // Dropped; the next block is looked for where the reader stopped.
-            delete propio;
-            continue;
-        }
-        e->finLectura(r, propio);
         push_back(e.release());
     }
-    return finLectura(r, bloque);
+    return finLectura(r, bloque.release());
 }
 
 }  // namespace cad

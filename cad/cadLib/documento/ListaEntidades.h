@@ -23,7 +23,12 @@ public:
     // Block "Entid.1" (u64 length): u64 count, then one block per entity, tagged by the
     // entity and as wide as its tamanoBloque says.
     void escribe(SerializadorEscrituraBase& w) override;
-    // A broken entity is dropped, and the next block is looked for where the reader stopped.
+    // An entity is read by its own counts and accepted when its end agrees with its block's
+    // length (modulo the field's width for a kind that knows its counts, since a body larger
+    // than its field wraps it); an unknown kind is skipped by its length. A block that does
+    // not read so is damaged: its bytes up to the next sound block are kept whole as a raw
+    // EntidadDesconocida and counted in `danadas`, and the list never reads on from the
+    // middle of a block.
     bool lee(SerializadorLecturaBase& r) override;
 
     // Makes the class of a file tag; an unknown tag gives an EntidadDesconocida. Never null.
@@ -36,6 +41,8 @@ public:
     // Grows each time the list's contents are thrown away, so that holders of entity
     // pointers (undo steps) can tell that their pointers belong to former contents.
     uint64_t generacion = 0;
+    // Damaged blocks the last read kept as raw entities.
+    uint64_t danadas = 0;
 };
 
 }  // namespace cad

@@ -120,6 +120,22 @@ bool EditorDibujo::cargaDocumento(const char* ruta)
     {
         return false;
     }
+    trasCargar();
+    return true;
+}
+
+bool EditorDibujo::cargaDocumento(const char* ruta, resultadoFichero_t& resultado)
+{
+    if (!dibujo_->leeFichero(ruta, resultado))
+    {
+        return false;
+    }
+    trasCargar();
+    return true;
+}
+
+void EditorDibujo::trasCargar()
+{
     std::string nombre;
     if (dibujo_->getVariable("sistemaLocal", nombre))
     {
@@ -132,10 +148,16 @@ bool EditorDibujo::cargaDocumento(const char* ruta)
     actualiza(kCapas, false);
     actualiza(kControl, false);
     actualiza(kDocumento, false);
-    return true;
 }
 
 bool EditorDibujo::guardaDocumento(const char* ruta)
+{
+    resultadoFichero_t resultado;
+    guardaDocumento(ruta, resultado);
+    return true;
+}
+
+bool EditorDibujo::guardaDocumento(const char* ruta, resultadoFichero_t& resultado)
 {
     if (haySistemaLocal)
     {
@@ -143,10 +165,7 @@ bool EditorDibujo::guardaDocumento(const char* ruta)
         dibujo_->hayCambios_ = true;
     }
     dibujo_->guardaEstado();
-    SerializadorBinarioEscritura escritor(ruta);
-    dibujo_->escribe(escritor);
-    escritor.cierra();
-    return true;
+    return dibujo_->guardaFichero(ruta, resultado);
 }
 
 void EditorDibujo::mensaje(const char* formato, ...)

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/FicheroAtomico.h"
 #include "base/Propiedades.h"
 #include "base/geometria/Punto3.h"
 #include "base/geometria/Vector3D.h"
@@ -132,7 +133,14 @@ public:
     // std::logic_error for a path that is not UTF-8.
     bool cargaDocumento(const char* ruta);
     // Writes the state variables and the document; true also when the file didn't open.
+    // The file is written whole or not at all: a failure leaves the previous one as it was.
     bool guardaDocumento(const char* ruta);
+    // The checked forms that hosts use: the same steps, and `resultado` says what failed.
+    // A load that fails leaves the drawing as it was (see Dibujo::leeFichero), and one that
+    // succeeds tells how many damaged entities it kept; a save that fails leaves the
+    // previous file. Throw std::logic_error for a path that is not UTF-8.
+    bool cargaDocumento(const char* ruta, resultadoFichero_t& resultado);
+    bool guardaDocumento(const char* ruta, resultadoFichero_t& resultado);
 
     // printf-style; the text (at most 2047 bytes) becomes the current prompt and goes to
     // the host's text callback and to the display's prompt line.
@@ -279,6 +287,8 @@ public:
     std::recursive_mutex seccionCritica;
 
 private:
+    // Steps 4 and 5 of a load: the file's local system, the prompt cleared, the notices.
+    void trasCargar();
     // The loop of the typed waits: `toma` reads a non-empty line and gives null, or the text
     // of its refusal, after which the prompt is asked again.
     bool entradaTecleada(const char* prompt, bool aceptaVacio,

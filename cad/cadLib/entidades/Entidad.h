@@ -34,6 +34,9 @@ enum estado_entidad_e : uint32_t
     kEstadoResaltada = 8        // dotted pass, and the hot elements are shown
 };
 
+// The block width of an entity that writes its own block, tag and length included.
+inline constexpr int kBloqueCrudo = -1;
+
 // The display name of a file tag: "Pt1" -> "Punto", any unknown tag -> "Desconocida".
 const char* nombreTipo(const char* tag);
 
@@ -59,7 +62,8 @@ public:
     virtual void setOculta(bool si);
     // Case-insensitive comparison of nombreTipo(etiqueta()) with `nombre`.
     virtual bool esTipo(const char* nombre) const;
-    // Width of the block the list opens: 0 u16, 1 u32, 2 u64.
+    // Width of the block the list opens: 0 u16, 1 u32, 2 u64; kBloqueCrudo when the entity
+    // writes its whole block itself (raw bytes kept from a damaged file).
     virtual int tamanoBloque() const { return 0; }
     // Sets the layer, then writes the entity's records.
     virtual void exportaDXF(ExportaDXF& dxf) const = 0;

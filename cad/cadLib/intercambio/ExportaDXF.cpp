@@ -43,9 +43,9 @@ const size_t kBloqueCopia = 0x40000;
 // Kept as the constant of the text geometry, not M_PI: the files must not move.
 const double kPi = 3.1415;
 
-[[noreturn]] void falla(const char* diagnostico)
+[[noreturn]] void falla(ExportaDXF& dxf, const char* diagnostico)
 {
-    (void)diagnostico;
+    dxf.diagnostico = diagnostico;
     throw Excepcion();
 }
 
@@ -68,13 +68,18 @@ void escribeEntero(std::FILE* f, const char* formato, int valor)
     escribe(f, buffer);
 }
 
-// Large enough for any finite double in fixed notation, so nothing is cut.
-void escribeReal(std::FILE* f, double valor)
+// Large enough for any finite double in fixed notation, so nothing is cut. A value that is
+// not finite is counted, and the file will not be put in place.
+void escribeReal(ExportaDXF& dxf, double valor)
 {
+    if (!std::isfinite(valor))
+    {
+        ++dxf.noFinitos;
+    }
     char buffer[400];
     std::snprintf(buffer, sizeof(buffer), "%0.4lf", valor);
-    escribe(f, buffer);
-    escribe(f, "\n");
+    escribe(dxf.temporal, buffer);
+    escribe(dxf.temporal, "\n");
 }
 
 void cierra(std::FILE*& f)
@@ -94,77 +99,129 @@ ExportaDXF::ExportaDXF(const std::string& nombreFichero)
       maximo(-std::numeric_limits<double>::max(), -std::numeric_limits<double>::max(),
              -std::numeric_limits<double>::max()),
       origen(0.0, 0.0, 0.0),
-      nombre(nombreFichero)
+      nombre(nombreFichero),
+      final(std::make_unique<FicheroAtomico>(nombreFichero))
 {
-    // A failed open is not reported here: the writes are dropped and nothing is assembled.
-    final = std::fopen(nombre.c_str(), "wt");
-    temporal = std::fopen((nombre + ".1").c_str(), "w+t");
+    // A failure is not raised here: the writes are dropped and nothing is assembled.
+    if (final->abierto())
+    {
+        int error = 0;
+        temporal = ficheroAnonimo(final->rutaFinal(), error);
+        if (temporal == nullptr)
+        {
+            motivo = mensajeErrorFichero(error, nombre, true);
+        }
+    }
+    else
+    {
+        motivo = final->mensaje();
+    }
     nuevaCapa("0", 7);
 }
 
 ExportaDXF::~ExportaDXF() noexcept(false)
 {
-    const std::string nombreTemporal = nombre + ".1";
-    if (final == nullptr || temporal == nullptr)
+    // Raising while another exception unwinds would end the process; that one (often an
+    // entity's own misuse) is the one worth reporting, and termina() then only tidies up.
+    termina();
+}
+
+bool ExportaDXF::abierto() const
+{
+    return final->abierto() && temporal != nullptr;
+}
+
+void ExportaDXF::descarta()
+{
+    cierra(temporal);
+    final->descarta();
+    terminado = true;
+}
+
+bool ExportaDXF::termina()
+{
+    if (terminado)
     {
-        // Nothing to assemble; only the scratch file is tidied away.
-        const bool habiaTemporal = temporal != nullptr;
-        cierra(final);
-        cierra(temporal);
-        if (habiaTemporal)
-        {
-            std::remove(nombreTemporal.c_str());
-        }
-        return;
+        return correcto;
+    }
+    terminado = true;
+    if (!abierto())
+    {
+        descarta();
+        return false;
     }
     if ((estado & (kPolilineaAbierta | kSeccionAbierta)) != 0)
     {
-        // Handles are released before raising so that a misuse leaks nothing. The final file
-        // stays as the constructor left it: empty.
-        cierra(final);
-        cierra(temporal);
-        std::remove(nombreTemporal.c_str());
-        // Raising while another exception unwinds would end the process; that one (often an
-        // entity's own misuse) is the one worth reporting.
+        // Handles are released before raising so that a misuse leaks nothing; the target
+        // is untouched.
+        descarta();
         if (std::uncaught_exceptions() == 0)
         {
-            falla(kSinTerminarAlFinal);
+            falla(*this, kSinTerminarAlFinal);
         }
-        return;
+        return false;
+    }
+    if (noFinitos > 0)
+    {
+        descarta();
+        motivo = std::to_string(noFinitos) +
+                 " coordenadas no son números finitos (nan o inf): el DXF no se escribe";
+        return false;
     }
 
-    escribe(final, "  0\nSECTION\n");
-    escribe(final, "  2\nHEADER\n");
-    escribe(final, "  9\n$ACADVER\n  1\nAC1009\n");
-    escribe(final, "  0\nENDSEC\n");
-    escribe(final, "  0\nSECTION\n");
-    escribe(final, "  2\nTABLES\n");
-    escribe(final, "  0\nTABLE\n  2\nLAYER\n 70\n     1\n");
+    std::string cabeza;
+    cabeza += "  0\nSECTION\n";
+    cabeza += "  2\nHEADER\n";
+    cabeza += "  9\n$ACADVER\n  1\nAC1009\n";
+    cabeza += "  0\nENDSEC\n";
+    cabeza += "  0\nSECTION\n";
+    cabeza += "  2\nTABLES\n";
+    cabeza += "  0\nTABLE\n  2\nLAYER\n 70\n     1\n";
     for (const capa_t& c : capas)
     {
-        escribe(final, "  0\nLAYER\n");
-        escribe(final, "  2\n");
-        escribe(final, c.nombre);
-        escribe(final, "\n");
-        escribe(final, " 70\n    0\n");
-        escribeEntero(final, " 62\n    %d\n", c.color);
-        escribe(final, "  6\nCONTINUOUS\n");
+        char color[32];
+        std::snprintf(color, sizeof color, " 62\n    %d\n", c.color);
+        cabeza += "  0\nLAYER\n";
+        cabeza += "  2\n";
+        cabeza += c.nombre;
+        cabeza += "\n";
+        cabeza += " 70\n    0\n";
+        cabeza += color;
+        cabeza += "  6\nCONTINUOUS\n";
     }
-    escribe(final, "  0\nENDTAB\n");
-    escribe(final, "  0\nENDSEC\n");
+    cabeza += "  0\nENDTAB\n";
+    cabeza += "  0\nENDSEC\n";
+    final->escribe(cabeza.data(), cabeza.size());
 
     escribe(temporal, "  0\nEOF\n");
-    std::fflush(temporal);
+    // The scratch file's own failures (a full disk) show in its error flag.
+    bool ok = std::fflush(temporal) == 0 && std::ferror(temporal) == 0;
+    int error = ok ? 0 : errno;
     std::rewind(temporal);
     const std::unique_ptr<char[]> bloque(new char[kBloqueCopia]);
     size_t leidos = 0;
-    while ((leidos = std::fread(bloque.get(), 1, kBloqueCopia, temporal)) > 0)
+    while (ok && (leidos = std::fread(bloque.get(), 1, kBloqueCopia, temporal)) > 0)
     {
-        std::fwrite(bloque.get(), 1, leidos, final);
+        ok = final->escribe(bloque.get(), leidos);
     }
-    cierra(final);
+    if (ok && std::ferror(temporal) != 0)
+    {
+        ok = false;
+        error = EIO;
+    }
     cierra(temporal);
-    std::remove(nombreTemporal.c_str());
+    if (!ok && error != 0)
+    {
+        final->descarta();
+        motivo = mensajeErrorFichero(error, nombre, true);
+        return false;
+    }
+    correcto = final->confirma();
+    if (!correcto)
+    {
+        motivo = final->mensaje();
+    }
+    return correcto;
 }
 
 std::string ExportaDXF::normalizaCapa(const std::string& nombreCapa)
@@ -172,7 +229,8 @@ std::string ExportaDXF::normalizaCapa(const std::string& nombreCapa)
     std::string resultado = nombreCapa;
     for (char& c : resultado)
     {
-        if (c == ' ')
+        const auto u = static_cast<unsigned char>(c);
+        if (c == ' ' || u < 0x20 || u == 0x7F)
         {
             c = '_';
         }
@@ -242,14 +300,14 @@ void ExportaDXF::setCapa(const std::string& nombreCapa)
             return;
         }
     }
-    falla(kCapaNoExiste);
+    falla(*this, kCapaNoExiste);
 }
 
 void ExportaDXF::inicioEntidades()
 {
     if ((estado & kSeccionAbierta) != 0)
     {
-        falla(kSegundaSeccion);
+        falla(*this, kSegundaSeccion);
     }
     estado |= kSeccionAbierta;
     escribe(temporal, "  0\nSECTION\n");
@@ -260,7 +318,7 @@ void ExportaDXF::finEntidades()
 {
     if ((estado & kSeccionAbierta) == 0)
     {
-        falla(kFinSinInicio);
+        falla(*this, kFinSinInicio);
     }
     estado &= ~kSeccionAbierta;
     escribe(temporal, "  0\nENDSEC\n");
@@ -270,28 +328,31 @@ namespace
 {
 
 // Checked before a record starts, so that a refused record leaves no half of itself behind.
-void compruebaCapa(const std::string& capaActual)
+void compruebaCapa(ExportaDXF& dxf)
 {
-    if (capaActual.empty())
+    if (dxf.capaActual.empty())
     {
-        falla(kSinCapa);
+        falla(dxf, kSinCapa);
     }
 }
 
-void escribeCapa(std::FILE* f, const std::string& capaActual)
+void escribeCapa(ExportaDXF& dxf)
 {
-    compruebaCapa(capaActual);
+    compruebaCapa(dxf);
+    std::FILE* f = dxf.temporal;
+    const std::string& capaActual = dxf.capaActual;
     escribe(f, "  8\n");
     escribe(f, capaActual);
     escribe(f, "\n");
 }
 
-void escribeCabecera(std::FILE* f, const char* clave, const std::string& capaActual, int color)
+void escribeCabecera(ExportaDXF& dxf, const char* clave, int color)
 {
+    std::FILE* f = dxf.temporal;
     escribe(f, "  0\n");
     escribe(f, clave);
     escribe(f, "\n");
-    escribeCapa(f, capaActual);
+    escribeCapa(dxf);
     if (color != kPorCapa)
     {
         escribeEntero(f, " 62\n%d\n", color);
@@ -305,11 +366,11 @@ void escribePunto(ExportaDXF& dxf, int n, double x, double y, double z)
     const double py = y * dxf.escala + dxf.origen.y;
     const double pz = z * dxf.escala + dxf.origen.z;
     escribeEntero(dxf.temporal, " %d\n", 10 + n);
-    escribeReal(dxf.temporal, px);
+    escribeReal(dxf, px);
     escribeEntero(dxf.temporal, " %d\n", 20 + n);
-    escribeReal(dxf.temporal, py);
+    escribeReal(dxf, py);
     escribeEntero(dxf.temporal, " %d\n", 30 + n);
-    escribeReal(dxf.temporal, pz);
+    escribeReal(dxf, pz);
     dxf.minimo.x = std::min(dxf.minimo.x, px);
     dxf.minimo.y = std::min(dxf.minimo.y, py);
     dxf.minimo.z = std::min(dxf.minimo.z, pz);
@@ -323,7 +384,7 @@ void escribeTexto(ExportaDXF& dxf, const std::string& linea, int justificacion, 
                   double y, double z, double altura, double rotacionGrados)
 {
     escribe(dxf.temporal, "  0\nTEXT\n");
-    escribeCapa(dxf.temporal, dxf.capaActual);
+    escribeCapa(dxf);
     escribePunto(dxf, 0, x, y, z);
     if (justificacion != kJustificarIzquierda)
     {
@@ -332,15 +393,26 @@ void escribeTexto(ExportaDXF& dxf, const std::string& linea, int justificacion, 
         escribePunto(dxf, 1, x + std::cos(a), y + std::sin(a), z);
     }
     escribe(dxf.temporal, " 40\n");
-    escribeReal(dxf.temporal, altura * dxf.escala);
+    escribeReal(dxf, altura * dxf.escala);
     escribeEntero(dxf.temporal, " 72\n%d\n", justificacion);
     if (rotacionGrados != 0.0)
     {
         escribe(dxf.temporal, " 50\n");
-        escribeReal(dxf.temporal, rotacionGrados);
+        escribeReal(dxf, rotacionGrados);
     }
     escribe(dxf.temporal, "  1\n");
-    escribe(dxf.temporal, linea);
+    // A carriage return or another control character would end the line for a reader and
+    // let the rest pass for group codes: each becomes a blank.
+    std::string limpia = linea;
+    for (char& c : limpia)
+    {
+        const auto u = static_cast<unsigned char>(c);
+        if (u < 0x20 || u == 0x7F)
+        {
+            c = ' ';
+        }
+    }
+    escribe(dxf.temporal, limpia);
     escribe(dxf.temporal, "\n");
 }
 
@@ -350,10 +422,10 @@ void ExportaDXF::punto(int color, double x, double y, double z)
 {
     if ((estado & kPolilineaAbierta) != 0)
     {
-        falla(kPolilineaAbiertaPunto);
+        falla(*this, kPolilineaAbiertaPunto);
     }
-    compruebaCapa(capaActual);
-    escribeCabecera(temporal, "POINT", capaActual, color);
+    compruebaCapa(*this);
+    escribeCabecera(*this, "POINT", color);
     escribePunto(*this, 0, x, y, z);
 }
 
@@ -362,10 +434,10 @@ void ExportaDXF::linea(int color, double x1, double y1, double z1, double x2, do
 {
     if ((estado & kPolilineaAbierta) != 0)
     {
-        falla(kPolilineaAbiertaLinea);
+        falla(*this, kPolilineaAbiertaLinea);
     }
-    compruebaCapa(capaActual);
-    escribeCabecera(temporal, "LINE", capaActual, color);
+    compruebaCapa(*this);
+    escribeCabecera(*this, "LINE", color);
     escribePunto(*this, 0, x1, y1, z1);
     escribePunto(*this, 1, x2, y2, z2);
 }
@@ -376,10 +448,10 @@ void ExportaDXF::cara(int n, const Punto3<double>* puntos, int color)
     // listed diagnostics names a face, so it is raised without one.
     if ((estado & kPolilineaAbierta) != 0)
     {
-        falla(nullptr);
+        falla(*this, nullptr);
     }
-    compruebaCapa(capaActual);
-    escribeCabecera(temporal, "3DFACE", capaActual, color);
+    compruebaCapa(*this);
+    escribeCabecera(*this, "3DFACE", color);
     for (int i = 0; i < n; ++i)
     {
         escribePunto(*this, i, puntos[i].x, puntos[i].y, puntos[i].z);
@@ -396,10 +468,10 @@ void ExportaDXF::inicioPolilinea(int flags, int color)
 {
     if ((estado & kPolilineaAbierta) != 0)
     {
-        falla(kPolilineaAbiertaInicio);
+        falla(*this, kPolilineaAbiertaInicio);
     }
-    compruebaCapa(capaActual);
-    escribeCabecera(temporal, "POLYLINE", capaActual, color);
+    compruebaCapa(*this);
+    escribeCabecera(*this, "POLYLINE", color);
     escribe(temporal, " 66\n     1\n");
     escribeEntero(temporal, " 70\n     %d\n", flags);
     estado = (estado & ~kBitsGrupo70) | kPolilineaAbierta |
@@ -410,16 +482,16 @@ void ExportaDXF::verticePolilinea(double x, double y, double z)
 {
     if ((estado & kPolilineaAbierta) == 0)
     {
-        falla(kPolilineaSinCrearVertice);
+        falla(*this, kPolilineaSinCrearVertice);
     }
     if ((estado & kPolilinea3D) == 0)
     {
-        falla(kPolilineaNo3D);
+        falla(*this, kPolilineaNo3D);
     }
-    compruebaCapa(capaActual);
+    compruebaCapa(*this);
     escribe(temporal, "  0\nVERTEX\n");
     escribe(temporal, " 70\n    32\n");
-    escribeCapa(temporal, capaActual);
+    escribeCapa(*this);
     escribePunto(*this, 0, x, y, z);
 }
 
@@ -427,7 +499,7 @@ void ExportaDXF::finPolilinea()
 {
     if ((estado & kPolilineaAbierta) == 0)
     {
-        falla(kPolilineaSinCrearFin);
+        falla(*this, kPolilineaSinCrearFin);
     }
     estado &= ~(kPolilineaAbierta | kBitsGrupo70);
     escribe(temporal, "  0\nSEQEND\n");
@@ -438,13 +510,13 @@ void ExportaDXF::texto(const std::string& cadena, int justificacion, double x, d
 {
     if ((estado & kPolilineaAbierta) != 0)
     {
-        falla(kPolilineaAbiertaTexto);
+        falla(*this, kPolilineaAbiertaTexto);
     }
     if (cadena.empty())
     {
         return;
     }
-    compruebaCapa(capaActual);
+    compruebaCapa(*this);
 
     // Lines run from the top down, one unit apart whatever the height, the first raised by
     // the height per extra line: kept as drawings already exported have it.

@@ -3,9 +3,11 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "base/FicheroAtomico.h"
 #include "base/geometria/Punto3.h"
 
 namespace cad
@@ -28,20 +30,36 @@ enum justificar_e
     kJustificarDerecha = 2
 };
 
-// Calls in a wrong order raise cad::Excepcion. The destructor assembles the final file:
-// head and layer table, then the temporary file's entities.
+// Calls in a wrong order raise cad::Excepcion. Finishing assembles the final file: head and
+// layer table, then the entities, which wait in a scratch file beside it. The final file is
+// written through a FicheroAtomico: it replaces its target only when whole and checked, and
+// a failed or abandoned export leaves the target as it was.
 class ExportaDXF
 {
 public:
-    // Opens `nombre` ("wt") and `nombre` + ".1" ("w+t"); adds layer "0" with colour 7.
+    // Prepares `nombre` (UTF-8; std::logic_error otherwise) and a scratch file without a
+    // name in its folder, which nothing else can meet and which goes away with the process;
+    // adds layer "0" with colour 7. A failure is not raised: abierto() says it, mensaje()
+    // tells why, and the writes are dropped.
     explicit ExportaDXF(const std::string& nombre);
-    // Finishes the file when both files are open; raises Excepcion when a polyline or the
-    // ENTITIES section is still open.
+    // termina() unless it ran; raises Excepcion when a polyline or the ENTITIES section is
+    // still open.
     ~ExportaDXF() noexcept(false);
     ExportaDXF(const ExportaDXF&) = delete;
     ExportaDXF& operator=(const ExportaDXF&) = delete;
 
-    // Blanks, then points, become '_'.
+    // Assembles the final file and puts it in place. Raises Excepcion when a polyline or the
+    // ENTITIES section is still open (the target is untouched then); false, with the reason
+    // in mensaje(), when the file could not be written or a coordinate was not a finite
+    // number. Runs once; later calls give the first answer.
+    bool termina();
+    // Abandons the export: the target stays as it was.
+    void descarta();
+    bool abierto() const;
+    const std::string& mensaje() const { return motivo; }
+
+    // Blanks, then points, become '_'; so do control characters, which would break the line
+    // structure of the file.
     static std::string normalizaCapa(const std::string& nombre);
     // Index of the nearest palette colour (squared channel distance, lowest index on a tie).
     static int indiceColor(uint8_t rojo, uint8_t verde, uint8_t azul);
@@ -67,10 +85,20 @@ public:
     Punto3<double> maximo;
     Punto3<double> origen;
     std::string nombre;
-    std::FILE* final = nullptr;  // the assembled file
-    std::FILE* temporal = nullptr;
+    std::unique_ptr<FicheroAtomico> final;  // the assembled file
+    std::FILE* temporal = nullptr;          // the entities, until the end
     std::string capaActual;
     std::vector<capa_t> capas;
+    // What the last misuse was, for a caller that catches its Excepcion: the exception
+    // itself carries nothing.
+    const char* diagnostico = nullptr;
+    // Numbers that were not finite (nan, inf): a reader would take them for text.
+    uint64_t noFinitos = 0;
+
+private:
+    bool terminado = false;
+    bool correcto = false;
+    std::string motivo;
 };
 
 }  // namespace cad
