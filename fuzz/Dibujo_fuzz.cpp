@@ -2,7 +2,6 @@
 // more over the document that the first read left.
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 
 #include "base/SerializadorBinarioLectura.h"
 #include "documento/Dibujo.h"
@@ -10,12 +9,9 @@
 namespace
 {
 
-// A reader over the bytes in place. fmemopen may refuse an empty buffer; a null stream
-// then reads nothing, which is what an empty file gives.
 void lee(cad::Dibujo& dibujo, const uint8_t* datos, size_t n)
 {
-    std::FILE* flujo = n > 0 ? fmemopen(const_cast<uint8_t*>(datos), n, "r") : nullptr;
-    cad::SerializadorBinarioLectura lector(flujo);
+    cad::SerializadorBinarioLectura lector(datos, n);
     dibujo.lee(lector);
 }
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds the fuzz preset and fuzzes the document reader for N seconds (default 60) over a
-# working copy of the seed corpus, so the committed corpus never changes. Any crash, leak,
-# timeout or excess memory fails the run; the input is left under build/fuzz/hallazgos/.
+# Builds the fuzz preset and runs each fuzz target for N seconds (default 60) over a working
+# copy of the seed corpus, so the committed corpus never changes: the document reader alone,
+# then the round trip (read, save, read, save, compare). Any crash, leak, timeout, excess
+# memory or round-trip difference fails the run; the input is left under build/fuzz/hallazgos/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,15 +12,17 @@ segundos="${1:-60}"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 
-# The working corpus keeps what earlier runs found, refreshed from the committed seeds.
-trabajo=build/fuzz/corpus-trabajo
-hallazgos=build/fuzz/hallazgos
-mkdir -p "$trabajo" "$hallazgos"
-cp fuzz/corpus/* "$trabajo"/
-
+# Each target's working corpus keeps what earlier runs found, refreshed from the committed seeds.
 export ASAN_OPTIONS="detect_leaks=1:abort_on_error=1:${ASAN_OPTIONS:-}"
 export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1:${UBSAN_OPTIONS:-}"
-# A fixed seed keeps the CI gate repeatable; longer runs by hand may pass another: SEMILLA=N.
-build/fuzz/fuzz/fuzz_dibujo -max_total_time="$segundos" -timeout=10 -rss_limit_mb=2048 \
-    -seed="${SEMILLA:-1}" \
-    -artifact_prefix="$hallazgos/" -print_final_stats=1 "$trabajo"
+for objetivo in dibujo ida_vuelta; do
+    trabajo="build/fuzz/corpus-${objetivo}"
+    hallazgos=build/fuzz/hallazgos
+    mkdir -p "$trabajo" "$hallazgos"
+    cp fuzz/corpus/* "$trabajo"/
+    echo "=== fuzz_${objetivo}: ${segundos} s ==="
+    # A fixed seed keeps the CI gate repeatable; longer runs by hand may pass another: SEMILLA=N.
+    "build/fuzz/fuzz/fuzz_${objetivo}" -max_total_time="$segundos" -timeout=10 \
+        -rss_limit_mb=2048 -seed="${SEMILLA:-1}" \
+        -artifact_prefix="$hallazgos/${objetivo}-" -print_final_stats=1 "$trabajo"
+done

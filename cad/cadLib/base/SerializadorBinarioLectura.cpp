@@ -71,8 +71,21 @@ void BloqueSerializacionBL::tipo(char* destino) const
 
 uint64_t BloqueSerializacionBL::restante() const
 {
-    return static_cast<uint64_t>(posicionLongitud) + longitud -
-           static_cast<uint64_t>(lector.posicion());
+    const uint64_t fin = static_cast<uint64_t>(posicionLongitud) + longitud;
+    const auto posicion = static_cast<uint64_t>(lector.posicion());
+    if (posicion > fin)
+    {
+        // A body larger than its u16 or u32 field wraps the length when it is written; read
+        // by its own counts to an end whole turns beyond the stored length, nothing of it is
+        // left. Any other overrun answers as it always did: a count no file holds.
+        const uint64_t exceso = posicion - fin;
+        if ((tipoBloque == kBloque16 && (exceso & 0xFFFFu) == 0) ||
+            (tipoBloque == kBloque32 && (exceso & 0xFFFFFFFFu) == 0))
+        {
+            return 0;
+        }
+    }
+    return fin - posicion;
 }
 
 SerializadorBinarioLectura::SerializadorBinarioLectura(const std::string& ruta)

@@ -1345,6 +1345,13 @@ bool Dibujo::lee(SerializadorLecturaBase& r)
     // From here the lists are replaced, layers first: whatever pointed into the former
     // contents (undo steps) must know, even if the read stops before the entities.
     ++entidades.generacion;
+    // However the read ends, the current layer and style point into the lists that stand
+    // then, never at items the read deleted.
+    struct Reparacion
+    {
+        Dibujo& d;
+        ~Reparacion() { d.reparaActuales(); }
+    } reparacion{*this};
     if (!capas.lee(r) || !materiales.lee(r) || !estilosTexto.lee(r))
     {
         return false;
@@ -1450,6 +1457,23 @@ bool Dibujo::leeFichero(const std::string& ruta, resultadoFichero_t& resultado)
                             " tal como venían";
     }
     return true;
+}
+
+void Dibujo::reparaActuales()
+{
+    // A file without the layer "0" or the style "standar" (the state's fallbacks) would
+    // leave the former pointers; the first item stands in for them.
+    if (std::find(capas.begin(), capas.end(), capaActual_) == capas.end())
+    {
+        Capa* cero = buscaCapa("0");
+        capaActual_ = cero != nullptr ? cero : (capas.empty() ? nullptr : capas.front());
+    }
+    if (std::find(estilosTexto.begin(), estilosTexto.end(), estiloTextoActual_) ==
+        estilosTexto.end())
+    {
+        EstiloTexto* e = buscaEstiloTexto("standar");
+        estiloTextoActual_ = e != nullptr ? e : (estilosTexto.empty() ? nullptr : estilosTexto.front());
+    }
 }
 
 namespace

@@ -266,6 +266,8 @@ public:
 private:
     void asignaIds();
     // After a load: each entity's layer reference finds its layer by id.
+    // Points the current layer and style at items of the lists as they stand after a read.
+    void reparaActuales();
     void ataReferencias();
 };
 

@@ -12,6 +12,7 @@
 
 #include "Demo.h"
 #include "base/ColaMensajes.h"
+#include "base/Excepcion.h"
 #include "documento/Dibujo.h"
 #include "entidades/Entidad.h"
 #include "entidades/Poligono.h"
@@ -137,11 +138,9 @@ std::string describeEntidad(Fendrix::WrapDibujoCAD& dibujo, int64_t handle)
     return texto;
 }
 
-// Writes through `escritor` into a sibling of `destino`, then renames it over `destino`: the
-// kernel's writers report nothing, and a file that did not appear is the only sign of a
-// failure. Creates the missing folders of `destino`, and nothing outside them.
-bool escribeFichero(const std::string& destino,
-                    const std::function<void(const std::string&)>& escritor, std::string& error)
+// Creates the missing folders of `destino`, and nothing outside them: the kernel writes the
+// file itself, whole or not at all.
+bool creaCarpetas(const std::string& destino, std::string& error)
 {
     namespace fs = std::filesystem;
     std::error_code ec;
@@ -154,31 +153,6 @@ bool escribeFichero(const std::string& destino,
             error = "no se pudo crear la carpeta " + ruta.parent_path().string();
             return false;
         }
-    }
-    const std::string provisional = destino + ".escribiendo";
-    fs::remove(provisional, ec);
-    try
-    {
-        escritor(provisional);
-    }
-    catch (const std::exception& e)
-    {
-        fs::remove(provisional, ec);
-        error = e.what();
-        return false;
-    }
-    if (!fs::is_regular_file(provisional, ec) || fs::file_size(provisional, ec) == 0)
-    {
-        fs::remove(provisional, ec);
-        error = "no se pudo escribir " + destino;
-        return false;
-    }
-    fs::rename(provisional, ruta, ec);
-    if (ec)
-    {
-        fs::remove(provisional, ec);
-        error = "no se pudo escribir " + destino + ": " + ec.message();
-        return false;
     }
     return true;
 }
@@ -441,7 +415,21 @@ void Sesion::ejecutaOrden(const std::string& texto, bool desdeEspera)
         return;
     }
     ++profundidad;
-    const bool hecha = orden->ejecuta(argumentos);
+    bool hecha = false;
+    // A failure of the kernel's own ends the order, never the session: the drawing and its
+    // unsaved work stay.
+    try
+    {
+        hecha = orden->ejecuta(argumentos);
+    }
+    catch (const cad::Excepcion&)
+    {
+        salida << orden->nombre << ": error interno del núcleo; el dibujo sigue como estaba\n";
+    }
+    catch (const std::exception& e)
+    {
+        salida << orden->nombre << ": " << e.what() << '\n';
+    }
     --profundidad;
     if (!hecha)
     {
@@ -508,39 +496,34 @@ void Sesion::reiniciaEditor()
 
 bool Sesion::abreDibujo(const std::string& fichero)
 {
-    std::error_code ec;
-    if (!std::filesystem::is_regular_file(fichero, ec))
+    // The file is tried on a scratch drawing first, so that the open one, and its undo
+    // history, survive a file that can't be read; the kernel says why.
+    std::string aviso;
     {
-        salida << "No existe el dibujo " << fichero << '\n';
-        return false;
-    }
-    try
-    {
-        // A failed read may leave a drawing half replaced: try it on a scratch drawing first,
-        // so that the open one survives a bad file.
         Fendrix::WrapDibujoCAD prueba(nullptr, nullptr);
         prueba.nuevoDocumento();
-        if (!prueba.lee(fichero))
+        int64_t danadas = 0;
+        if (!prueba.leeComprobado(fichero, aviso, danadas))
         {
-            salida << "No se pudo leer el dibujo " << fichero << '\n';
-            return false;
-        }
-        // A new editor first: the old undo history speaks of the old drawing's entities, and
-        // the read activates the file's local system on the editor that exists then.
-        reiniciaEditor();
-        dibujo.nuevoDocumento();
-        if (!dibujo.lee(fichero))
-        {
-            salida << "No se pudo leer el dibujo " << fichero << '\n';
-            dibujo.nuevoDocumento();
-            fijaCamara();
+            salida << "No se pudo leer el dibujo: " << aviso << '\n';
             return false;
         }
     }
-    catch (const std::logic_error&)
+    // A new editor first: the old undo history speaks of the old drawing's entities, and
+    // the read activates the file's local system on the editor that exists then.
+    reiniciaEditor();
+    dibujo.nuevoDocumento();
+    if (!dibujo.lee(fichero))
     {
-        salida << "La ruta no es UTF-8 válido: " << fichero << '\n';
+        // The same bytes read a moment ago: only a file changed in between gets here.
+        salida << "No se pudo leer el dibujo " << fichero << '\n';
+        dibujo.nuevoDocumento();
+        fijaCamara();
         return false;
+    }
+    if (!aviso.empty())
+    {
+        salida << "Aviso: " << aviso << '\n';
     }
     // The file's own view would move what the pixels show; the session's camera is fixed.
     fijaCamara();
@@ -774,8 +757,7 @@ bool Sesion::ordenGuarda(const std::vector<std::string>& argumentos)
         return false;
     }
     std::string error;
-    if (!escribeFichero(
-            fichero, [this](const std::string& ruta) { dibujo.guarda(ruta); }, error))
+    if (!creaCarpetas(fichero, error) || !dibujo.guardaComprobado(fichero, error))
     {
         salida << "guarda: " << error << '\n';
         return false;
@@ -805,14 +787,9 @@ bool Sesion::ordenAbre(const std::vector<std::string>& argumentos)
 bool Sesion::ordenDXF(const std::vector<std::string>& argumentos)
 {
     std::string error;
-    bool exportado = false;
-    if (!escribeFichero(
-            argumentos[0],
-            [this, &exportado](const std::string& ruta) { exportado = dibujo.exportaDXF(ruta); },
-            error) ||
-        !exportado)
+    if (!creaCarpetas(argumentos[0], error) || !dibujo.exportaDXFComprobado(argumentos[0], error))
     {
-        salida << "dxf: " << (error.empty() ? "el dibujo no se pudo exportar" : error) << '\n';
+        salida << "dxf: " << error << '\n';
         return false;
     }
     salida << "DXF escrito en " << argumentos[0] << '\n';

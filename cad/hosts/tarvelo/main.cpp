@@ -10,6 +10,7 @@
 
 #include "Demo.h"
 #include "Fendrix/Fendrix.h"
+#include "base/Excepcion.h"
 #include "Sesion.h"
 
 namespace
@@ -46,24 +47,31 @@ int sesion(std::istream& entrada, bool guion, const std::string& fichero)
     return s.ejecuta();
 }
 
-// Reads a drawing file into `dibujo`; says why on failure.
-bool carga(Fendrix::WrapDibujoCAD& dibujo, const std::string& fichero)
+// Reads a drawing file into `dibujo`; says why on failure. A file that read with damaged
+// entities leaves its warning in `aviso`.
+bool carga(Fendrix::WrapDibujoCAD& dibujo, const std::string& fichero, std::string& aviso)
 {
     dibujo.nuevoDocumento();
-    try
+    int64_t danadas = 0;
+    if (!dibujo.leeComprobado(fichero, aviso, danadas))
     {
-        if (dibujo.lee(fichero))
-        {
-            return true;
-        }
-    }
-    catch (const std::logic_error&)
-    {
-        std::cerr << "tarvelo: la ruta no es UTF-8 valido: " << fichero << "\n";
+        std::cerr << "tarvelo: no se pudo leer el dibujo: " << aviso << "\n";
         return false;
     }
-    std::cerr << "tarvelo: no se pudo leer el dibujo " << fichero << "\n";
-    return false;
+    return true;
+}
+
+// Writes the drawing as a DXF file; says why on failure.
+bool exporta(Fendrix::WrapDibujoCAD& dibujo, const std::string& fichero)
+{
+    std::string mensaje;
+    if (!dibujo.exportaDXFComprobado(fichero, mensaje))
+    {
+        std::cerr << "tarvelo: no se pudo escribir el DXF: " << mensaje << "\n";
+        return false;
+    }
+    std::cout << "DXF escrito en " << fichero << "\n";
+    return true;
 }
 
 int demo()
@@ -78,9 +86,14 @@ int demo()
     std::cout << "\n";
     tarvelo::imprimeInfo(dibujo, std::cout);
 
-    dibujo.guarda(cad);
+    std::string mensaje;
+    if (!dibujo.guardaComprobado(cad, mensaje))
+    {
+        std::cerr << "tarvelo: no se pudo guardar el dibujo: " << mensaje << "\n";
+        return 1;
+    }
     Fendrix::WrapDibujoCAD releido(nullptr, nullptr);
-    if (!carga(releido, cad))
+    if (!carga(releido, cad, mensaje))
     {
         return 1;
     }
@@ -88,14 +101,40 @@ int demo()
     const int diferencias = tarvelo::comparaDibujos(dibujo, releido, std::cout);
     std::cout << (diferencias == 0 ? "  sin diferencias\n" : "");
 
-    dibujo.exportaDXF(dxf);
-    std::cout << "DXF escrito en " << dxf << "\n";
+    if (!exporta(dibujo, dxf))
+    {
+        return 1;
+    }
     return diferencias == 0 ? 0 : 1;
 }
+
+int ejecuta(int argc, char** argv);
 
 }  // namespace
 
 int main(int argc, char** argv)
+{
+    // A failure of the kernel's own (a misused writer, exhausted memory) ends the order with
+    // a message and a failed exit, never with an abort.
+    try
+    {
+        return ejecuta(argc, argv);
+    }
+    catch (const cad::Excepcion&)
+    {
+        std::cerr << "tarvelo: error interno del núcleo\n";
+    }
+    catch (const std::exception& e)
+    {
+        std::cerr << "tarvelo: " << e.what() << "\n";
+    }
+    return 1;
+}
+
+namespace
+{
+
+int ejecuta(int argc, char** argv)
 {
     if (argc < 2)
     {
@@ -109,23 +148,31 @@ int main(int argc, char** argv)
     if (orden == "info" && argc == 3)
     {
         Fendrix::WrapDibujoCAD dibujo(nullptr, nullptr);
-        if (!carga(dibujo, argv[2]))
+        std::string aviso;
+        if (!carga(dibujo, argv[2], aviso))
         {
             return 1;
         }
         tarvelo::imprimeInfo(dibujo, std::cout);
+        if (!aviso.empty())
+        {
+            std::cout << "Aviso: " << aviso << "\n";
+        }
         return 0;
     }
     if (orden == "dxf" && argc == 4)
     {
         Fendrix::WrapDibujoCAD dibujo(nullptr, nullptr);
-        if (!carga(dibujo, argv[2]))
+        std::string aviso;
+        if (!carga(dibujo, argv[2], aviso))
         {
             return 1;
         }
-        dibujo.exportaDXF(argv[3]);
-        std::cout << "DXF escrito en " << argv[3] << "\n";
-        return 0;
+        if (!aviso.empty())
+        {
+            std::cerr << "tarvelo: aviso: " << aviso << "\n";
+        }
+        return exporta(dibujo, argv[3]) ? 0 : 1;
     }
     if (orden == "sesion" && argc <= 3)
     {
@@ -144,3 +191,5 @@ int main(int argc, char** argv)
     }
     return uso();
 }
+
+}  // namespace
