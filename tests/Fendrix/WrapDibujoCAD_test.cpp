@@ -3,6 +3,7 @@
 #include "Fendrix/WrapDibujoCAD.h"
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -10,10 +11,13 @@
 
 #include "Fendrix/WrapPantallaCAD.h"
 #include "base/Configuracion.h"
+#include "base/LongitudCadena.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
+#include "entidades/PuntoControl.h"
 #include "entidades/SistemaLocal.h"
+#include "entidades/Texto.h"
 #include "soporte/EntidadPrueba.h"
 #include "soporte/FicheroTemporal.h"
 #include "soporte/PantallaGrabadora.h"
@@ -429,4 +433,126 @@ TEST(WrapDibujoCADEntidades, sistemasLocalesPorNombre)
     EXPECT_TRUE(w.borraSistemaLocal("Obra"));
     EXPECT_FALSE(w.existeSistemaLocal("Obra"));
     EXPECT_TRUE(w.existeSistemaLocal("Eje"));
+}
+
+using Alineacion = WrapDibujoCAD::alineacionTexto;
+
+// Every operation that stores a host string refuses one byte more than the file can hold:
+// its failure result, nothing changed in the drawing, and one exact message each. One byte
+// less is taken.
+TEST(WrapDibujoCADEntradas, cadenaMasLargaQueElFicheroSeRechazaSinCambiarNada)
+{
+    Anfitrion h;
+    h.w.setSalidaTexto(h.salida());
+    h.w.borraMarcaCambios();
+    const std::string largo(cad::kLongitudMaximaCadena + 1, 'x');
+    const int32_t material = h.w.idMaterial(0);
+    const cad::EstiloTexto antes = *h.w.mDibujo->estiloTextoActual();
+
+    EXPECT_FALSE(h.w.nuevaCapa(largo, true));
+    EXPECT_FALSE(h.w.posicionaCapa(largo));
+    EXPECT_FALSE(h.w.renombraCapa("0", largo));
+    EXPECT_FALSE(h.w.nuevoEstiloTexto(largo, "Arial", 3, true));
+    EXPECT_FALSE(h.w.nuevoEstiloTexto("Rotulos", largo, 3, true));
+    EXPECT_FALSE(h.w.editaEstiloTexto("standar", largo, 99, false));
+    EXPECT_EQ(h.w.nuevoMaterial(7, largo), 0);
+    EXPECT_FALSE(h.w.setMaterial(material, 99, 0xFF123456U, 0.5, largo));
+    h.w.setVariable(largo, std::string("v"));
+    h.w.setVariable("v", largo);
+    h.w.setVariable(largo, 1);
+    h.w.setVariable(largo, 1.0);
+    h.w.setVariable(largo, 1.0, 2.0, 3.0);
+    EXPECT_EQ(h.w.nuevoTexto(largo, 0, 0, 0, Alineacion::kAlineacionInfIzq, 1, 0), 0);
+    EXPECT_EQ(h.w.nuevoPuntoControl(largo, "c", 0, 0, 0), 0);
+    EXPECT_EQ(h.w.nuevoPuntoControl("n", largo, 0, 0, 0, 8), 0);
+    EXPECT_EQ(h.w.nuevoSistemaLocal(largo, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}), 0);
+    EXPECT_EQ(h.textos, std::vector<std::string>(
+                            17, "Texto demasiado largo: 65535 bytes (el máximo es 65534)"));
+
+    EXPECT_EQ(h.w.numeroCapas(), 1);
+    EXPECT_EQ(h.w.capaActual(), "0");
+    EXPECT_EQ(h.w.mDibujo->estilosTexto.size(), 1U);
+    const cad::EstiloTexto& estilo = *h.w.mDibujo->estiloTextoActual();
+    EXPECT_EQ(estilo.nombre + estilo.fuente + std::to_string(estilo.tamano),
+              antes.nombre + antes.fuente + std::to_string(antes.tamano));
+    EXPECT_EQ(h.w.numeroMateriales(), 1);
+    int32_t id = 0;
+    int32_t idExterno = 0;
+    uint32_t color = 0;
+    double brillo = 0.0;
+    std::string textura = "?";
+    ASSERT_TRUE(h.w.getMaterial(0, id, idExterno, color, brillo, textura));
+    EXPECT_EQ(idExterno, 1);
+    EXPECT_EQ(textura, "");
+    EXPECT_EQ(h.w.mDibujo->variables.size(), 6U);
+    std::vector<int64_t> handles;
+    EXPECT_EQ(h.w.getEntidades(handles), 0);
+    EXPECT_FALSE(h.w.hayCambios());
+
+    h.textos.clear();
+    const std::string justo(cad::kLongitudMaximaCadena, 'x');
+    EXPECT_TRUE(h.w.nuevaCapa(justo, true));
+    EXPECT_EQ(h.w.capaActual(), justo);
+    EXPECT_TRUE(h.textos.empty());
+}
+
+// A text and a control point whose strings are as long as the file allows go through a save
+// and a load byte for byte.
+TEST(WrapDibujoCADEntradas, cadenaDeLongitudMaximaVuelveDelFichero)
+{
+    const std::string texto(cad::kLongitudMaximaCadena, 't');
+    const std::string nombre(cad::kLongitudMaximaCadena, 'n');
+    const std::string codigo(cad::kLongitudMaximaCadena, 'c');
+    const std::string ruta = cad::prueba::rutaTemporal("cadena-maxima.tcad");
+    {
+        WrapDibujoCAD w(nullptr, nullptr);
+        w.nuevoDocumento();
+        ASSERT_NE(w.nuevoTexto(texto, 1, 2, 3, Alineacion::kAlineacionInfIzq, 1, 0), 0);
+        ASSERT_NE(w.nuevoPuntoControl(nombre, codigo, 4, 5, 6), 0);
+        EXPECT_TRUE(w.guarda(ruta));
+    }
+    WrapDibujoCAD r(nullptr, nullptr);
+    ASSERT_TRUE(r.lee(ruta));
+    ASSERT_EQ(r.mDibujo->entidades.size(), 2U);
+    const auto* t = dynamic_cast<const cad::Texto*>(r.mDibujo->entidades[0]);
+    const auto* pc = dynamic_cast<const cad::PuntoControl*>(r.mDibujo->entidades[1]);
+    ASSERT_TRUE(t != nullptr && pc != nullptr);
+    EXPECT_TRUE(t->texto == texto);
+    EXPECT_TRUE(pc->nombre() == nombre && pc->codigo == codigo);
+    EXPECT_EQ(static_cast<const cad::Punto3<double>&>(*pc), cad::Punto3<double>(4, 5, 6));
+}
+
+// A coordinate that is not finite refuses the creation (handle 0, nothing added) and the
+// move of a local system's origin, with "Coordenada no válida" each time.
+TEST(WrapDibujoCADEntradas, coordenadaNoFinitaNoCreaNiMueve)
+{
+    Anfitrion h;
+    h.w.setSalidaTexto(h.salida());
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    const int64_t sistema =
+        h.w.nuevoSistemaLocal("Obra", {1, 2, 3}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1});
+    ASSERT_NE(sistema, 0);
+    const double tres[] = {0, 0, 0, 1, 1, 1, 2, nan, 2};
+
+    EXPECT_EQ(h.w.nuevoPunto(nan, 0, 0), 0);
+    EXPECT_EQ(h.w.nuevoPunto(0, inf, 0, 0xFF0000), 0);
+    EXPECT_EQ(h.w.nuevoTexto("t", 0, 0, -inf, Alineacion::kAlineacionInfIzq, 1, 0), 0);
+    EXPECT_EQ(h.w.nuevoPuntoControl("n", "c", nan, 0, 0), 0);
+    EXPECT_EQ(h.w.nuevoPuntoControl("n", "c", 0, 0, inf, 8), 0);
+    EXPECT_EQ(h.w.nuevaLinea(0, 0, 0, 1, 1, nan), 0);
+    EXPECT_EQ(h.w.nuevaPolilinea(3, tres), 0);
+    EXPECT_EQ(h.w.nuevaPolilinea3D({0, 0, 0, inf, 1, 1}, false), 0);
+    EXPECT_EQ(h.w.nuevoPoligono(3, tres), 0);
+    EXPECT_EQ(h.w.nuevoPoligono({0, 0, 0, 1, 1, 1, 2, 2, -inf}), 0);
+    EXPECT_EQ(h.w.nuevoSistemaLocal("Eje", {0, 0, 0}, {nan, 0, 0}, {0, 1, 0}, {0, 0, 1}), 0);
+    EXPECT_FALSE(h.w.setOrigenSistemaLocal("Obra", 0, nan, 0));
+    EXPECT_EQ(h.textos, std::vector<std::string>(12, "Coordenada no válida"));
+
+    std::vector<int64_t> handles;
+    EXPECT_EQ(h.w.getEntidades(handles), 1);
+    EXPECT_EQ(h.w.mDibujo->sistemaLocal("Obra")->origen, cad::Punto3<double>(1, 2, 3));
+    // Only the first three values of each point are read; a partial point is not.
+    EXPECT_NE(h.w.nuevaPolilinea(2, tres), 0);
+    EXPECT_NE(h.w.nuevaPolilinea3D({0, 0, 0, 1, 1, 1, nan}, false), 0);
 }

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "base/Configuracion.h"
+#include "base/LongitudCadena.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
@@ -409,6 +410,46 @@ TEST(DibujoVistas, guardarActivarYBorrar)
     d.borraVista("Planta");
     ASSERT_EQ(d.numeroVistas(), 1);
     EXPECT_EQ(d.vistas[0]->zoom, 3.0);
+}
+
+// A layer name, style name or font, texture, variable name or value, or view name one byte
+// longer than the file can hold is refused by the drawing itself: the failure result where
+// the operation has one, and no list, id or mark changes. The limit itself is taken.
+TEST(DibujoCadenas, unByteMasDeLoQueGuardaElFicheroNoCambiaNada)
+{
+    Dibujo d;
+    d.nuevoDocumento();
+    PantallaGrabadora p;
+    const std::string largo(cad::kLongitudMaximaCadena + 1, 'x');
+    Capa capa(largo, ColorCapa(2), 1);
+    EXPECT_FALSE(d.nuevaCapa(&capa));
+    EXPECT_FALSE(d.posicionaCapa(&capa));
+    EXPECT_FALSE(d.renombraCapa("0", largo.c_str()));
+    EstiloTexto nombre(largo, "Arial", 3);
+    EstiloTexto fuente("Rotulos", largo, 3);
+    EXPECT_FALSE(d.nuevoEstiloTexto(&nombre));
+    EXPECT_FALSE(d.nuevoEstiloTexto(&fuente));
+    EXPECT_EQ(d.nuevoMaterial(5, largo), 0);
+    d.redibujar = false;
+    d.setVariable(largo, std::string("v"));
+    d.setVariable("v", largo);
+    d.setVariable(largo, 1);
+    d.setVariable(largo, 1.0);
+    d.setVariable(largo, 1.0, 2.0, 3.0);
+    d.guardaVistaActual(&p, largo);
+    EXPECT_EQ(d.numeroCapas(), 1);
+    EXPECT_EQ(d.capaActual()->nombre, "0");
+    EXPECT_EQ(d.estilosTexto.size(), 1U);
+    EXPECT_EQ(d.numeroMateriales(), 1);
+    EXPECT_EQ(d.variables.size(), 6U);
+    EXPECT_EQ(d.numeroVistas(), 0);
+    EXPECT_FALSE(d.hayCambios() || d.redibujar);
+
+    const std::string justo(cad::kLongitudMaximaCadena, 'x');
+    EXPECT_TRUE(d.renombraCapa("0", justo.c_str()));
+    EXPECT_EQ(d.nuevoMaterial(5, justo), 2);  // the refusal took no id
+    d.setVariable("v", justo);
+    EXPECT_TRUE(d.existeVariable("v"));
 }
 
 // State variables: clayer, and cecolor as "%d" or, for an RGB colour (index 512, alpha 255),

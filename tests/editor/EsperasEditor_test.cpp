@@ -88,6 +88,13 @@ TEST(EsperasTecleadas, numerosRechazadosConSuTextoYVacioAceptado)
     g.escribe("2.5x");
     EXPECT_TRUE(s.editor->entradaDoble("V:", false, &d));
     EXPECT_EQ(d, 2.5);
+    // What atof reads as no finite number is refused like a word.
+    s.textos.clear();
+    g.escribe("nan").escribe("-inf").escribe("1e999").escribe("7");
+    EXPECT_TRUE(s.editor->entradaDoble("V:", false, &d));
+    EXPECT_EQ(d, 7.0);
+    const char* const decimal = "Introduzca un número decimal";
+    EXPECT_EQ(s.textos, Textos({"V:", decimal, "V:", decimal, "V:", decimal, "V:"}));
 }
 
 TEST(EsperasTecleadas, siNoYTextoLibre)
@@ -169,6 +176,28 @@ TEST(GetPunto, unNumeroSoloNoEsCoordenadaEIntroSoloTerminaSinTexto)
     EXPECT_FALSE(s.editor->getPunto("Q:", c));
     EXPECT_EQ(s.textos, Textos({"P:", "Coordenada no válida", "P:", "", "Q:", ""}));
     EXPECT_EQ(s.estados, "IFIF");
+}
+
+// Coordinates or a number that atof reads as no finite value are an invalid coordinate:
+// the error, the prompt again, and the point command makes nothing of them.
+TEST(GetPunto, numerosNoFinitosSonCoordenadaNoValida)
+{
+    SesionEditor s;
+    GuionSesion g(*s.editor, s.pantalla);
+    g.escribe("nan,0").escribe("1e999,0").intro();
+    EXPECT_EQ(s.editor->comandoPunto(), 0);
+    EXPECT_TRUE(s.dibujo.entidades.empty());
+    const std::string p = "Seleccione coordenadas del punto:";
+    const std::string error = "Coordenada no válida";
+    EXPECT_EQ(s.textos, Textos({p, error, p, error, p, ""}));
+
+    s.textos.clear();
+    cursor_t c;
+    double v = -1.0;
+    g.escribe("inf").escribe("2");
+    EXPECT_TRUE(s.editor->getPunto("P:", c, nullptr, &v, true));
+    EXPECT_EQ(v, 2.0);
+    EXPECT_EQ(s.textos, Textos({"P:", error, "P:", ""}));
 }
 
 TEST(GetPunto, coordenadasAntesQueOpcionYOpcionAntesQueNumero)

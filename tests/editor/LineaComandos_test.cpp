@@ -14,7 +14,8 @@ using cad::Punto3;
 TEST(LineaComandosLectura, coordenadasPorCamposSeparadosSoloPorComas)
 {
     // Each line on a fresh parser whose coordinates were (9,9,9): what a field does not set
-    // stays. Blanks are not delimiters, and empty fields vanish.
+    // stays. Blanks are not delimiters, and empty fields vanish. A field that is no finite
+    // number spoils the line and sets nothing, unless it is past the third.
     const struct
     {
         const char* linea;
@@ -24,6 +25,9 @@ TEST(LineaComandosLectura, coordenadasPorCamposSeparadosSoloPorComas)
         {"10,20", true, {10, 20, 0}}, {"1,2,3", true, {1, 2, 3}}, {"a,b", true, {0, 0, 0}},
         {"4,5,6,7", true, {4, 5, 6}}, {"1, 2", true, {1, 2, 0}},  {"5", false, {5, 9, 9}},
         {",", false, {9, 9, 9}},      {",7", false, {7, 9, 9}},   {"7 8", false, {7, 9, 9}},
+        {"nan,0", false, {9, 9, 9}},  {"1e999,0", false, {9, 9, 9}},
+        {"1,2,-inf", false, {9, 9, 9}}, {"inf", false, {9, 9, 9}},
+        {"1,2,3,nan", true, {1, 2, 3}},
     };
     for (const auto& c : casos)
     {
@@ -54,7 +58,8 @@ TEST(LineaComandosLectura, coordenadasPorCamposSeparadosSoloPorComas)
 
 TEST(LineaComandosLectura, elValorDebeOcuparLaLineaEnteraYNoSePruebaConCoordenadas)
 {
-    // Each on a fresh parser whose value was -1: valid coordinates are not tried as a number.
+    // Each on a fresh parser whose value was -1: valid coordinates are not tried as a number,
+    // and a number that is not finite is no value and is not kept.
     const struct
     {
         const char* linea;
@@ -63,6 +68,7 @@ TEST(LineaComandosLectura, elValorDebeOcuparLaLineaEnteraYNoSePruebaConCoordenad
     } casos[] = {
         {"12", true, 12.0}, {"-2.5e1", true, -25.0}, {"12abc", false, 12.0},
         {",", false, 0.0},  {"7 8", false, 7.0},     {"1,2", false, -1.0},
+        {"nan", false, -1.0}, {"-inf", false, -1.0}, {"1e999", false, -1.0},
     };
     for (const auto& c : casos)
     {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/LongitudCadena.h"
 #include "documento/Capa.h"
 #include "documento/EstiloTexto.h"
 #include "intercambio/ExportaDXF.h"
@@ -204,6 +205,7 @@ TEST(PuntoControl, BitCuatroOcultaSoloEtiqueta)
 
 // The sheet: "Varios" with "Nombre" and "Código", both editable. Index 2 and up, which the
 // sheet does not list, store the absolute value of the text read as a number in `tamano`.
+// A name or code one byte longer than the file can hold is refused and the old one stays.
 TEST(PuntoControl, HojaYTamanoOculto)
 {
     PuntoControl pc("B1", {1, 2, 3});
@@ -221,6 +223,13 @@ TEST(PuntoControl, HojaYTamanoOculto)
     EXPECT_TRUE(pc.setPropiedad(2, 2, prop));
     EXPECT_EQ(pc.nombre(), "B2");
     EXPECT_EQ(pc.tamano, 3.5);
+    prop.valor.assign(cad::kLongitudMaximaCadena + 1, 'x');
+    EXPECT_FALSE(pc.setPropiedad(2, 0, prop));
+    EXPECT_FALSE(pc.setPropiedad(2, 1, prop));
+    EXPECT_EQ(pc.nombre() + "/" + pc.codigo, "B2/base");
+    prop.valor.pop_back();
+    EXPECT_TRUE(pc.setPropiedad(2, 1, prop));
+    EXPECT_EQ(pc.codigo, prop.valor);
 }
 
 // DXF: the layer, a POINT (by layer: no group 62), then a TEXT of the name at the same

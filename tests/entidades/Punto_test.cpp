@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/LongitudCadena.h"
 #include "documento/Capa.h"
 #include "documento/EstiloTexto.h"
 #include "documento/ReferenciaEntidades.h"
@@ -136,7 +137,8 @@ TEST(Punto, ReferenciaSoloConBitOcho)
 
 // Sheets: a point has "General" and "Geometría" with "Posición", an editable coordinate. A
 // text adds "Varios" with "Texto" and a blank row with no name, which cannot be written.
-// The text's type name is "Desconocida": the naming table has no row for "Tx1".
+// The text's type name is "Desconocida": the naming table has no row for "Tx1". A text one
+// byte longer than the file can hold is refused and the old one stays.
 TEST(Texto, HojasConFilaSinNombre)
 {
     Punto p(1, 2, 3);
@@ -164,6 +166,12 @@ TEST(Texto, HojasConFilaSinNombre)
     EXPECT_FALSE(t.setPropiedad(2, 1, prop));
     EXPECT_TRUE(t.setPropiedad(2, 0, prop));
     EXPECT_EQ(t.texto, "nuevo");
+    prop.valor.assign(cad::kLongitudMaximaCadena + 1, 'x');
+    EXPECT_FALSE(t.setPropiedad(2, 0, prop));
+    EXPECT_EQ(t.texto, "nuevo");
+    prop.valor.pop_back();
+    EXPECT_TRUE(t.setPropiedad(2, 0, prop));
+    EXPECT_EQ(t.texto, prop.valor);
     ASSERT_TRUE(t.getPropiedad(0, 0, prop));
     EXPECT_EQ(prop.valor, "Desconocida");
 }

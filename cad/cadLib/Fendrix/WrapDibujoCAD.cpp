@@ -1,6 +1,9 @@
 #include "Fendrix/WrapDibujoCAD.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <initializer_list>
 #include <new>
 #include <stdexcept>
 
@@ -10,6 +13,7 @@
 #include "base/Excepcion.h"
 #include "base/FicheroAtomico.h"
 #include "base/GestorMensajes.h"
+#include "base/LongitudCadena.h"
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
@@ -42,6 +46,27 @@ const char* const kVarOcultaPuntosControl = "OCULTA_PUNTOS_CONTROL";
 const char* const kVarOcultaPlanoReferencia = "OCULTA_PLANO_REFERENCIA";
 const char* const kVarRepresentacionModelos = "REPRESENTACION_MODELOS";
 const char* const kVarRepresentacionNubes = "REPRESENTACION_NUBES";
+
+// Guards of what the host stores. With an editor the refusal is told through its text
+// channel; without one (after Dispose) it is refused all the same.
+bool admiteCadena(EditorDibujo* editor, const std::string& s)
+{
+    return editor != nullptr ? editor->admiteCadena(s) : cad::cadenaAdmisible(s);
+}
+
+bool admiteCoordenadas(EditorDibujo* editor, const double* valores, size_t n)
+{
+    if (editor != nullptr)
+    {
+        return editor->admiteCoordenadas(valores, n);
+    }
+    return std::all_of(valores, valores + n, [](double v) { return std::isfinite(v); });
+}
+
+bool admiteCoordenadas(EditorDibujo* editor, std::initializer_list<double> valores)
+{
+    return admiteCoordenadas(editor, valores.begin(), valores.size());
+}
 
 }  // namespace
 
@@ -1091,7 +1116,7 @@ void WrapDibujoCAD::getReferenciaEntidades(bool& global, int32_t& mascara)
 bool WrapDibujoCAD::nuevoEstiloTexto(const std::string& nombre, const std::string& fuente,
                                      int32_t tamanyo, bool estableceComoActual)
 {
-    if (mDibujo == nullptr)
+    if (mDibujo == nullptr || !admiteCadena(mEditor, nombre) || !admiteCadena(mEditor, fuente))
     {
         return false;
     }
@@ -1116,7 +1141,7 @@ bool WrapDibujoCAD::editaEstiloTexto(const std::string& nombre, const std::strin
 {
     cad::EstiloTexto* estilo =
         mDibujo != nullptr ? mDibujo->buscaEstiloTexto(nombre.c_str()) : nullptr;
-    if (estilo == nullptr)
+    if (estilo == nullptr || !admiteCadena(mEditor, fuente))
     {
         return false;
     }
@@ -1183,6 +1208,10 @@ int32_t WrapDibujoCAD::nuevoMaterial(int32_t idExterno, uint32_t color, double b
 
 int32_t WrapDibujoCAD::nuevoMaterial(int32_t idExterno, const std::string& textura)
 {
+    if (!admiteCadena(mEditor, textura))
+    {
+        return 0;
+    }
     return mDibujo != nullptr ? mDibujo->nuevoMaterial(idExterno, constCharPtr(textura).c_str())
                               : 0;
 }
@@ -1191,7 +1220,7 @@ bool WrapDibujoCAD::setMaterial(int32_t id, int32_t idExterno, uint32_t color, d
                                 const std::string& textura)
 {
     cad::Material* m = mDibujo != nullptr ? mDibujo->materialId(static_cast<int16_t>(id)) : nullptr;
-    if (m == nullptr)
+    if (m == nullptr || !admiteCadena(mEditor, textura))
     {
         return false;
     }
@@ -1232,7 +1261,7 @@ void WrapDibujoCAD::borraMaterial(int32_t id)
 
 void WrapDibujoCAD::setVariable(const std::string& nombre, const std::string& valor)
 {
-    if (mDibujo != nullptr)
+    if (mDibujo != nullptr && admiteCadena(mEditor, nombre) && admiteCadena(mEditor, valor))
     {
         mDibujo->setVariable(constCharPtr(nombre).c_str(), constCharPtr(valor).c_str());
     }
@@ -1240,7 +1269,7 @@ void WrapDibujoCAD::setVariable(const std::string& nombre, const std::string& va
 
 void WrapDibujoCAD::setVariable(const std::string& nombre, int32_t valor)
 {
-    if (mDibujo != nullptr)
+    if (mDibujo != nullptr && admiteCadena(mEditor, nombre))
     {
         mDibujo->setVariable(constCharPtr(nombre).c_str(), static_cast<int>(valor));
     }
@@ -1248,7 +1277,7 @@ void WrapDibujoCAD::setVariable(const std::string& nombre, int32_t valor)
 
 void WrapDibujoCAD::setVariable(const std::string& nombre, double valor)
 {
-    if (mDibujo != nullptr)
+    if (mDibujo != nullptr && admiteCadena(mEditor, nombre))
     {
         mDibujo->setVariable(constCharPtr(nombre).c_str(), valor);
     }
@@ -1256,7 +1285,7 @@ void WrapDibujoCAD::setVariable(const std::string& nombre, double valor)
 
 void WrapDibujoCAD::setVariable(const std::string& nombre, double x, double y, double z)
 {
-    if (mDibujo != nullptr)
+    if (mDibujo != nullptr && admiteCadena(mEditor, nombre))
     {
         mDibujo->setVariable(constCharPtr(nombre).c_str(), x, y, z);
     }
@@ -1298,7 +1327,7 @@ std::string WrapDibujoCAD::nombreVista(int32_t indice)
 
 void WrapDibujoCAD::guardaVistaActual(const std::string& nombre)
 {
-    if (mDibujo != nullptr && mPantalla != nullptr)
+    if (mDibujo != nullptr && mPantalla != nullptr && admiteCadena(mEditor, nombre))
     {
         mDibujo->guardaVistaActual(mPantalla, constCharPtr(nombre).c_str());
     }
@@ -1455,17 +1484,29 @@ bool WrapDibujoCAD::insertaEntidad(cad::Entidad* e)
 
 int64_t WrapDibujoCAD::nuevoPunto(double x, double y, double z)
 {
+    if (!admiteCoordenadas(mEditor, {x, y, z}))
+    {
+        return 0;
+    }
     return insertaEntidadGetHandle(new cad::Punto(x, y, z));
 }
 
 int64_t WrapDibujoCAD::nuevoPunto(double x, double y, double z, int32_t color)
 {
+    if (!admiteCoordenadas(mEditor, {x, y, z}))
+    {
+        return 0;
+    }
     return insertaEntidadGetHandle(new cad::Punto(x, y, z, color));
 }
 
 int64_t WrapDibujoCAD::nuevoTexto(const std::string& texto, double x, double y, double z,
                                   alineacionTexto alineacion, double altura, double rotacion)
 {
+    if (!admiteCadena(mEditor, texto) || !admiteCoordenadas(mEditor, {x, y, z}))
+    {
+        return 0;
+    }
     return insertaEntidadGetHandle(
         new cad::Texto(constCharPtr(texto).c_str(), cad::Punto3<double>(x, y, z),
                        static_cast<uint16_t>(alineacion), static_cast<float>(altura),
@@ -1475,6 +1516,11 @@ int64_t WrapDibujoCAD::nuevoTexto(const std::string& texto, double x, double y, 
 int64_t WrapDibujoCAD::nuevoPuntoControl(const std::string& nombre, const std::string& codigo,
                                          double x, double y, double z)
 {
+    if (!admiteCadena(mEditor, nombre) || !admiteCadena(mEditor, codigo) ||
+        !admiteCoordenadas(mEditor, {x, y, z}))
+    {
+        return 0;
+    }
     auto* p = new cad::PuntoControl(constCharPtr(nombre).c_str(), cad::Punto3<double>(x, y, z));
     // The code goes in through the sheet, as a host would type it.
     cad::Prop prop;
@@ -1486,6 +1532,11 @@ int64_t WrapDibujoCAD::nuevoPuntoControl(const std::string& nombre, const std::s
 int64_t WrapDibujoCAD::nuevoPuntoControl(const std::string& nombre, const std::string& codigo,
                                          double x, double y, double z, double tamanyoPixeles)
 {
+    if (!admiteCadena(mEditor, nombre) || !admiteCadena(mEditor, codigo) ||
+        !admiteCoordenadas(mEditor, {x, y, z}))
+    {
+        return 0;
+    }
     auto* p = new cad::PuntoControl(constCharPtr(nombre).c_str(), cad::Punto3<double>(x, y, z));
     cad::Prop prop;
     prop.valor = constCharPtr(codigo).c_str();
@@ -1496,19 +1547,32 @@ int64_t WrapDibujoCAD::nuevoPuntoControl(const std::string& nombre, const std::s
 
 int64_t WrapDibujoCAD::nuevaLinea(double x1, double y1, double z1, double x2, double y2, double z2)
 {
+    if (!admiteCoordenadas(mEditor, {x1, y1, z1, x2, y2, z2}))
+    {
+        return 0;
+    }
     return insertaEntidadGetHandle(
         new cad::Linea(cad::Punto3<double>(x1, y1, z1), cad::Punto3<double>(x2, y2, z2)));
 }
 
 int64_t WrapDibujoCAD::nuevaPolilinea(int32_t n, const double* coordenadas)
 {
-    const auto puntos = puntosDe(coordenadas, n > 0 ? static_cast<size_t>(n) : 0);
+    const size_t numero = n > 0 ? static_cast<size_t>(n) : 0;
+    if (!admiteCoordenadas(mEditor, coordenadas, 3 * numero))
+    {
+        return 0;
+    }
+    const auto puntos = puntosDe(coordenadas, numero);
     return insertaEntidadGetHandle(
         new cad::Polilinea(static_cast<int>(puntos.size()), puntos.data()));
 }
 
 int64_t WrapDibujoCAD::nuevaPolilinea3D(const std::vector<double>& coordenadas, bool cerrada)
 {
+    if (!admiteCoordenadas(mEditor, coordenadas.data(), coordenadas.size() / 3 * 3))
+    {
+        return 0;
+    }
     const auto puntos = puntosDe(coordenadas.data(), coordenadas.size() / 3);
     auto* p = new cad::Polilinea(static_cast<int>(puntos.size()), puntos.data());
     p->cerrada = cerrada;
@@ -1517,13 +1581,22 @@ int64_t WrapDibujoCAD::nuevaPolilinea3D(const std::vector<double>& coordenadas, 
 
 int64_t WrapDibujoCAD::nuevoPoligono(int32_t n, const double* coordenadas)
 {
-    const auto puntos = puntosDe(coordenadas, n > 0 ? static_cast<size_t>(n) : 0);
+    const size_t numero = n > 0 ? static_cast<size_t>(n) : 0;
+    if (!admiteCoordenadas(mEditor, coordenadas, 3 * numero))
+    {
+        return 0;
+    }
+    const auto puntos = puntosDe(coordenadas, numero);
     return insertaEntidadGetHandle(
         new cad::Poligono(static_cast<int>(puntos.size()), puntos.data()));
 }
 
 int64_t WrapDibujoCAD::nuevoPoligono(const std::vector<double>& coordenadas)
 {
+    if (!admiteCoordenadas(mEditor, coordenadas.data(), coordenadas.size() / 3 * 3))
+    {
+        return 0;
+    }
     const auto puntos = puntosDe(coordenadas.data(), coordenadas.size() / 3);
     return insertaEntidadGetHandle(
         new cad::Poligono(static_cast<int>(puntos.size()), puntos.data()));
@@ -1543,7 +1616,10 @@ int64_t WrapDibujoCAD::nuevoSistemaLocal(const std::string& nombre,
                                          const std::vector<double>& ejeY,
                                          const std::vector<double>& ejeZ)
 {
-    if (origen.size() < 3 || ejeX.size() < 3 || ejeY.size() < 3 || ejeZ.size() < 3)
+    if (origen.size() < 3 || ejeX.size() < 3 || ejeY.size() < 3 || ejeZ.size() < 3 ||
+        !admiteCadena(mEditor, nombre) ||
+        !admiteCoordenadas(mEditor, {origen[0], origen[1], origen[2], ejeX[0], ejeX[1], ejeX[2],
+                                     ejeY[0], ejeY[1], ejeY[2], ejeZ[0], ejeZ[1], ejeZ[2]}))
     {
         return 0;
     }
@@ -1559,7 +1635,7 @@ int64_t WrapDibujoCAD::nuevoSistemaLocal(const std::string& nombre,
 bool WrapDibujoCAD::setOrigenSistemaLocal(const std::string& nombre, double x, double y, double z)
 {
     cad::SistemaLocal* s = mDibujo != nullptr ? mDibujo->sistemaLocal(nombre) : nullptr;
-    if (s == nullptr)
+    if (s == nullptr || !admiteCoordenadas(mEditor, {x, y, z}))
     {
         return false;
     }

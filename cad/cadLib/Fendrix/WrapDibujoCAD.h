@@ -281,6 +281,10 @@ public:
     void zoomExtension(double factor);
     void zoomExtension(double factorAncho, double factorAlto);
 
+    // Every operation below that stores a string of the host refuses one longer than the
+    // document file can hold (cad::kLongitudMaximaCadena): its failure result, nothing
+    // changed, and the editor tells the user "Texto demasiado largo: ...".
+
     // --- layers ---------------------------------------------------------------------
     int32_t numeroCapas();
     std::string capa(int32_t indice);
@@ -369,6 +373,7 @@ public:
     void setRepresentacionNubes(representacion_nubes r);
 
     // --- entity creation: each returns the new entity's handle, 0 when refused ---------
+    // A coordinate that is not finite is refused with "Coordenada no válida".
     int64_t nuevoPunto(double x, double y, double z);
     // `color` holds red, green, blue in its three low bytes: a true colour.
     int64_t nuevoPunto(double x, double y, double z, int32_t color);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/Configuracion.h"
+#include "base/LongitudCadena.h"
 #include "base/ReferenciaObjetoCAD.h"
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
@@ -513,7 +514,7 @@ Capa* Dibujo::buscaCapa(const char* nombre) const
 
 bool Dibujo::nuevaCapa(Capa* c)
 {
-    if (buscaCapa(c->nombre.c_str()) != nullptr)
+    if (!cadenaAdmisible(c->nombre) || buscaCapa(c->nombre.c_str()) != nullptr)
     {
         return false;
     }
@@ -523,6 +524,10 @@ bool Dibujo::nuevaCapa(Capa* c)
 
 bool Dibujo::posicionaCapa(Capa* c)
 {
+    if (!cadenaAdmisible(c->nombre))
+    {
+        return false;
+    }
     Capa* existente = buscaCapa(c->nombre.c_str());
     if (existente != nullptr)
     {
@@ -654,7 +659,7 @@ bool Dibujo::bloqueaCapa(const char* nombre, bool bloquear)
 bool Dibujo::renombraCapa(const char* viejo, const char* nuevo)
 {
     Capa* c = buscaCapa(viejo);
-    if (c == nullptr || nuevo == nullptr)
+    if (c == nullptr || nuevo == nullptr || !cadenaAdmisible(nuevo))
     {
         return false;
     }
@@ -700,6 +705,10 @@ bool Dibujo::existeMaterial(int idMaterial) const
 int16_t Dibujo::nuevoMaterial(int idExterno, uint32_t color, float brillo,
                               const std::string& textura)
 {
+    if (!cadenaAdmisible(textura))
+    {
+        return 0;  // ids start at 1
+    }
     const auto nuevo = static_cast<int16_t>(generadorId.nuevoId(kFamiliaMateriales));
     auto* m = new Material(nuevo);
     m->idExterno = idExterno;
@@ -737,7 +746,8 @@ void Dibujo::borraMaterial(int16_t idMaterial)
 
 bool Dibujo::nuevoEstiloTexto(EstiloTexto* estilo)
 {
-    if (buscaEstiloTexto(estilo->nombre.c_str()) != nullptr)
+    if (!cadenaAdmisible(estilo->nombre) || !cadenaAdmisible(estilo->fuente) ||
+        buscaEstiloTexto(estilo->nombre.c_str()) != nullptr)
     {
         return false;
     }
@@ -765,26 +775,44 @@ bool Dibujo::estiloTextoActual(const char* nombre)
 // ---------------------------------------------------------------------------------------
 // Variables and views
 
+// The variable forms have no result to refuse with: an over-long string is dropped here, and
+// the callers that face a user (the facade) tell the refusal before they call.
 void Dibujo::setVariable(const std::string& nombre, const std::string& valor)
 {
+    if (!cadenaAdmisible(nombre) || !cadenaAdmisible(valor))
+    {
+        return;
+    }
     variables.setValor(nombre, valor);
     redibujar = true;
 }
 
 void Dibujo::setVariable(const std::string& nombre, int valor)
 {
+    if (!cadenaAdmisible(nombre))
+    {
+        return;
+    }
     variables.setValor(nombre, valor);
     redibujar = true;
 }
 
 void Dibujo::setVariable(const std::string& nombre, double valor)
 {
+    if (!cadenaAdmisible(nombre))
+    {
+        return;
+    }
     variables.setValor(nombre, valor);
     redibujar = true;
 }
 
 void Dibujo::setVariable(const std::string& nombre, double x, double y, double z)
 {
+    if (!cadenaAdmisible(nombre))
+    {
+        return;
+    }
     variables.setValor(nombre, Vector3D<double>(x, y, z));
     redibujar = true;
 }
@@ -887,6 +915,10 @@ void leeCamara(PantallaCAD* p, Vista& v)
 
 void Dibujo::guardaVistaActual(PantallaCAD* p, const std::string& nombre)
 {
+    if (!cadenaAdmisible(nombre))
+    {
+        return;
+    }
     auto it = std::find_if(vistas.begin(), vistas.end(),
                            [&nombre](const Vista* v) { return v->nombre == nombre; });
     Vista* v = nullptr;

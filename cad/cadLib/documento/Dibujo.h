@@ -126,6 +126,8 @@ public:
     int numeroCapas() const { return static_cast<int>(capas.size()); }
     const char* capa(int i) const;
     Capa* buscaCapa(const char* nombre) const;
+    // nuevaCapa, posicionaCapa and renombraCapa refuse (false, nothing changed) a name longer
+    // than the file can hold (kLongitudMaximaCadena); the layer stays with the caller.
     bool nuevaCapa(Capa* c);
     bool posicionaCapa(Capa* c);
     bool borraCapa(const char* nombre);
@@ -147,15 +149,20 @@ public:
     Material* material(int i) const;
     Material* materialId(int16_t id) const;
     bool existeMaterial(int id) const;
+    // The new material's id; 0 (and nothing added) for a texture path longer than the file
+    // can hold.
     int16_t nuevoMaterial(int idExterno, uint32_t color, float brillo, const std::string& textura);
     int16_t nuevoMaterial(int idExterno, const std::string& textura);
     void borraMaterial(int16_t id);
+    // False for a name already in use, or a name or font longer than the file can hold.
     bool nuevoEstiloTexto(EstiloTexto* estilo);
     EstiloTexto* buscaEstiloTexto(const char* nombre) const;
     EstiloTexto* estiloTextoActual() const { return estiloTextoActual_; }
     bool estiloTextoActual(const char* nombre);
 
     // --- variables and views --------------------------------------------------------
+    // A name or string value longer than the file can hold changes nothing (setVariable and
+    // the named guardaVistaActual have no result to report it with).
     void setVariable(const std::string& nombre, const std::string& valor);
     void setVariable(const std::string& nombre, int valor);
     void setVariable(const std::string& nombre, double valor);

@@ -9,6 +9,7 @@
 #include "base/ColaMensajes.h"
 #include "base/Configuracion.h"
 #include "base/GestorMensajes.h"
+#include "base/LongitudCadena.h"
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
 #include "documento/Capa.h"
@@ -189,6 +190,27 @@ void EditorDibujo::mensaje(const char* formato, ...)
 const char* EditorDibujo::texto(int grupo, int numero, const char* porDefecto) const
 {
     return GestorMensajes::Instancia().mensaje(grupo, numero, porDefecto);
+}
+
+bool EditorDibujo::admiteCadena(const std::string& s)
+{
+    if (cadenaAdmisible(s))
+    {
+        return true;
+    }
+    mensaje("Texto demasiado largo: %zu bytes (el máximo es %zu)", s.size(), kLongitudMaximaCadena);
+    return false;
+}
+
+bool EditorDibujo::admiteCoordenadas(const double* valores, size_t n)
+{
+    // NaN and infinities would reach the extent, the snap and the DXF file as they are.
+    if (std::all_of(valores, valores + n, [](double v) { return std::isfinite(v); }))
+    {
+        return true;
+    }
+    mensaje("%s", kCoordenadaNoValida);
+    return false;
 }
 
 bool EditorDibujo::cancelaEntrada()
@@ -565,7 +587,8 @@ bool EditorDibujo::entradaDoble(const char* prompt, bool aceptaVacio, double* re
                            [resultado](const std::string& linea) -> const char*
                            {
                                const double v = std::atof(linea.c_str());
-                               if (v == 0.0 && linea[0] != '0')
+                               // atof also reads "nan", "inf" and overflows: no value to keep.
+                               if ((v == 0.0 && linea[0] != '0') || !std::isfinite(v))
                                {
                                    return "Introduzca un número decimal";
                                }
@@ -1408,7 +1431,7 @@ bool EditorDibujo::borraEntidad(Entidad* e)
 
 bool EditorDibujo::nuevaCapa(Capa* capa, bool hacerActual)
 {
-    if (!dibujo_->nuevaCapa(capa))
+    if (!admiteCadena(capa->nombre) || !dibujo_->nuevaCapa(capa))
     {
         return false;
     }
@@ -1423,6 +1446,10 @@ bool EditorDibujo::nuevaCapa(Capa* capa, bool hacerActual)
 
 bool EditorDibujo::posicionaCapa(Capa* capa)
 {
+    if (!admiteCadena(capa->nombre))
+    {
+        return false;
+    }
     if (Capa* existente = dibujo_->buscaCapa(capa->nombre.c_str()))
     {
         registraComando(ComandoCapa::visibilidad(dibujo_, existente, true));
@@ -1480,7 +1507,8 @@ bool EditorDibujo::renombraCapa(const char* nombre, const char* nuevoNombre)
 {
     Capa* capa = dibujo_->buscaCapa(nombre);
     // Names are unique within a drawing.
-    if (capa == nullptr || nuevoNombre == nullptr || dibujo_->buscaCapa(nuevoNombre) != nullptr)
+    if (capa == nullptr || nuevoNombre == nullptr || dibujo_->buscaCapa(nuevoNombre) != nullptr ||
+        !admiteCadena(nuevoNombre))
     {
         return false;
     }

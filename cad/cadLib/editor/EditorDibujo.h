@@ -2,6 +2,7 @@
 // the rubber band and the host callbacks.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -147,6 +148,11 @@ public:
     void mensaje(const char* formato, ...) __attribute__((format(printf, 2, 3)));
     // A user text by group and number, with its built-in Spanish wording.
     const char* texto(int grupo, int numero, const char* porDefecto) const;
+    // Guards of what a caller stores in the drawing: false, after telling the user, for a
+    // string longer than the file can hold ("Texto demasiado largo: N bytes (el máximo es
+    // 65534)") or a coordinate that is not finite ("Coordenada no válida").
+    bool admiteCadena(const std::string& s);
+    bool admiteCoordenadas(const double* valores, size_t n);
     // When cancelado is set: resets the input, prints "* Cancelado *", true.
     bool cancelaEntrada();
 
@@ -230,7 +236,8 @@ public:
     // The undoable deletion; the reactor may veto. No update notice.
     bool borraEntidad(Entidad* e);
 
-    // Layer helpers. Each returns false when the layer does not exist.
+    // Layer helpers. Each returns false when the layer does not exist; the three that name a
+    // layer refuse a name that admiteCadena refuses.
     bool nuevaCapa(Capa* capa, bool hacerActual);
     bool posicionaCapa(Capa* capa);
     bool capaActual(const char* nombre);

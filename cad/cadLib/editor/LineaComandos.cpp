@@ -2,7 +2,9 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -36,29 +38,39 @@ void LineaComandos::introPulsado(const char* texto)
         std::vector<char> copia(entrada.begin(), entrada.end());
         copia.push_back('\0');
         char* resto = nullptr;
-        const char* campo = strtok_r(copia.data(), ",", &resto);
-        if (campo != nullptr)
+        double campos[3] = {0.0, 0.0, 0.0};
+        size_t n = 0;
+        for (const char* campo = strtok_r(copia.data(), ",", &resto); campo != nullptr && n < 3;
+             campo = strtok_r(nullptr, ",", &resto))
         {
-            coordenadas.x = std::atof(campo);
-            campo = strtok_r(nullptr, ",", &resto);
-            if (campo != nullptr)
+            campos[n++] = std::atof(campo);
+        }
+        // atof also reads "nan", "inf" and overflows ("1e999"): such a line is no coordinate
+        // at all, and the former coordinates stand.
+        if (std::all_of(campos, campos + n, [](double v) { return std::isfinite(v); }))
+        {
+            if (n >= 1)
             {
-                coordenadas.y = std::atof(campo);
-                coordenadas.z = 0.0;
+                coordenadas.x = campos[0];
+            }
+            if (n >= 2)
+            {
+                coordenadas.y = campos[1];
+                coordenadas.z = n == 3 ? campos[2] : 0.0;
                 coordenadasValidas = true;
-                campo = strtok_r(nullptr, ",", &resto);
-                if (campo != nullptr)
-                {
-                    coordenadas.z = std::atof(campo);
-                }
             }
         }
     }
     if (esperaValor && !coordenadasValidas)
     {
         char* fin = nullptr;
-        valor = std::strtod(entrada.c_str(), &fin);
-        valorValido = fin != nullptr && *fin == '\0';
+        const double v = std::strtod(entrada.c_str(), &fin);
+        // A non-finite number is no value either; it is not kept.
+        valorValido = fin != nullptr && *fin == '\0' && std::isfinite(v);
+        if (std::isfinite(v))
+        {
+            valor = v;
+        }
     }
     std::string mayusculas = entrada;
     for (char& c : mayusculas)

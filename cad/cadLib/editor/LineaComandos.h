@@ -25,7 +25,9 @@ public:
     // The user cancelled. The base only raises the flag; the editor also drops its drags.
     virtual void cancelaComando();
 
-    // Stores and parses a typed line (UTF-8, without the line end). Never fails.
+    // Stores and parses a typed line (UTF-8, without the line end). Never fails. A field that
+    // reads as no finite number ("nan", "inf", "1e999") makes the line neither coordinates
+    // nor a value, and leaves `coordenadas` and `valor` as they were.
     void introPulsado(const char* texto);
     const std::vector<std::string>& listaOpciones() const { return opciones; }
     bool esperaRecibirCoordenadas() const { return esperaCoordenadas; }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/LongitudCadena.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "documento/EstiloTexto.h"
@@ -151,6 +152,10 @@ bool PuntoControl::setPropiedad(int categoria, int indice, const Prop& p)
     if (categoria != 2)
     {
         return Punto::setPropiedad(categoria, indice, p);
+    }
+    if ((indice == 0 || indice == 1) && !cadenaAdmisible(p.valor))
+    {
+        return false;  // the file could not hold it
     }
     switch (indice)
     {

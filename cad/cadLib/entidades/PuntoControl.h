@@ -37,7 +37,8 @@ public:
     void setTextoVisible(bool visible) override;
 
     // Category 2, "Varios": "Nombre" and "Código". Index 2 and up, never offered by the sheet,
-    // store the absolute value of the text as a number in `tamano`.
+    // store the absolute value of the text as a number in `tamano`. A name or code longer
+    // than kLongitudMaximaCadena is refused: false, the entity unchanged.
     int numeroCategorias() const override { return 3; }
     std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;

@@ -1,6 +1,7 @@
 // Texto: body, painting, DXF record and sheet of a text entity.
 #include "entidades/Texto.h"
 
+#include "base/LongitudCadena.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "documento/EstiloTexto.h"
@@ -128,7 +129,8 @@ bool Texto::setPropiedad(int categoria, int indice, const Prop& p)
     {
         return Punto::setPropiedad(categoria, indice, p);
     }
-    if (indice != 0)
+    // A text the file cannot hold is refused here rather than lost at the next save.
+    if (indice != 0 || !cadenaAdmisible(p.valor))
     {
         return false;
     }
