@@ -497,9 +497,45 @@ TEST(WrapDibujoCADEntradas, cadenaMasLargaQueElFicheroSeRechazaSinCambiarNada)
 }
 
 // A text and a control point whose strings are as long as the file allows go through a save
-// and a load byte for byte.
+// and a load byte for byte; so do a layer, a text style, a material, a variable, a view and a
+// local system named so, whose records then outgrow their u16 blocks and are read by their
+// own counts.
 TEST(WrapDibujoCADEntradas, cadenaDeLongitudMaximaVuelveDelFichero)
 {
+    const std::string largo(cad::kLongitudMaximaCadena, 'L');
+    const std::string otro(cad::kLongitudMaximaCadena, 'O');
+    {
+        const std::string ruta = cad::prueba::rutaTemporal("nombres-maximos.tcad");
+        cad::prueba::PantallaGrabadora pantalla;
+        WrapPantallaCAD envoltorio;
+        envoltorio.setPantalla(&pantalla);
+        WrapDibujoCAD w(nullptr, nullptr);
+        w.setPantalla(&envoltorio);
+        w.nuevoDocumento();
+        ASSERT_TRUE(w.nuevaCapa(largo, false));
+        ASSERT_TRUE(w.nuevoEstiloTexto(largo, otro, 10, false));
+        ASSERT_GT(w.nuevoMaterial(7, largo), 0);
+        w.setVariable(largo, otro);
+        w.guardaVistaActual(largo);
+        ASSERT_NE(w.nuevoSistemaLocal(largo, {1, 2, 3}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}), 0);
+        ASSERT_NE(w.nuevoPunto(7, 8, 9), 0);
+        std::string mensaje;
+        ASSERT_TRUE(w.guardaComprobado(ruta, mensaje)) << mensaje;
+        WrapDibujoCAD r(nullptr, nullptr);
+        int64_t danadas = -1;
+        ASSERT_TRUE(r.leeComprobado(ruta, mensaje, danadas)) << mensaje;
+        EXPECT_EQ(danadas, 0);
+        EXPECT_EQ(r.numeroCapas(), 2);
+        EXPECT_TRUE(r.capa(1) == largo);
+        EXPECT_TRUE(r.existeEstiloTexto(largo, false));
+        std::string valor;
+        EXPECT_TRUE(r.getVariable(largo, valor) && valor == otro);
+        EXPECT_TRUE(r.nombreVista(0) == largo);
+        EXPECT_TRUE(r.nombreSistemaLocal(0) == largo);
+        EXPECT_EQ(r.mDibujo->entidades.size(), 2U);
+        EXPECT_TRUE(r.mDibujo->materialId(2) != nullptr && r.mDibujo->materialId(2)->textura() == largo);
+    }
+
     const std::string texto(cad::kLongitudMaximaCadena, 't');
     const std::string nombre(cad::kLongitudMaximaCadena, 'n');
     const std::string codigo(cad::kLongitudMaximaCadena, 'c');

@@ -4,16 +4,10 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/LongitudCadena.h"
+
 namespace cad
 {
-
-namespace
-{
-
-// The longest string whose even-rounded length a u16 field holds.
-constexpr size_t kLongitudMaximaCadena = 65534;
-
-}  // namespace
 
 BloqueSerializacionBE::BloqueSerializacionBE(SerializadorBinarioEscritura& w, const char* tag,
                                              int tipo)
