@@ -2,6 +2,11 @@
 // saved again, proved byte for byte; the state the load restores; references that match
 // nothing; files that can't load; and the persistent ids.
 #include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <random>
+#include <thread>
 #include <cstdint>
 #include <cstring>
 #include <set>
@@ -9,12 +14,15 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "Fendrix/WrapDibujoCAD.h"
 #include "documento/Dibujo.h"
 #include "documento/Variables.h"
 #include "entidades/Plano.h"
 #include "entidades/Polilinea.h"
+#include "entidades/Punto.h"
 #include "entidades/PuntoControl.h"
 #include "entidades/Texto.h"
 #include "soporte/BloquesPrueba.h"
@@ -351,6 +359,147 @@ TEST(DocumentoFichero, ficherosQueNoCargan)
     const std::string sinCarpeta = ruta("no-hay-carpeta") + "/dibujo.tcad";
     EXPECT_TRUE(origen.guarda(sinCarpeta));
     EXPECT_FALSE(cad::prueba::existeFichero(sinCarpeta));
+}
+
+// The checked forms say why a file did not load and leave the open drawing exactly as it
+// was (its entity, its layers, its ready flag); a damaged file loads with a warning and the
+// count of entities kept unread. A checked save into a missing folder says so.
+TEST(DocumentoFichero, formasComprobadasDicenPorQueYNoTocanNada)
+{
+    WrapDibujoCAD origen(nullptr, nullptr);
+    origen.nuevoDocumento();
+    ASSERT_NE(origen.nuevoPunto(5, 5, 5), 0);
+    ASSERT_NE(origen.nuevaLinea(0, 0, 0, 1, 1, 1), 0);
+    const std::string buena = ruta("buena.tcad");
+    ASSERT_TRUE(origen.guarda(buena));
+    const Bytes b = cad::prueba::leeFichero(buena);
+
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    ASSERT_TRUE(w.nuevaCapa("Mia", true));
+    ASSERT_NE(w.nuevoPunto(1, 1, 1), 0);
+    const auto escribe = [](const char* nombre, const Bytes& bytes)
+    {
+        const std::string r = ruta(nombre);
+        cad::prueba::escribeFichero(r, bytes);
+        return r;
+    };
+    Bytes otraVersion = b;
+    otraVersion[14] = '3';
+    Bytes seccionAjena = b;
+    seccionAjena[seccion(b, "Mater.1").inicio + 6] = '9';
+    const std::string noExiste = ruta("no-existe.tcad");
+    const std::string vacio = escribe("vacio.tcad", {});
+    const std::string texto = escribe("texto.tcad", {'h', 'o', 'l', 'a'});
+    const std::string version = escribe("version.tcad", otraVersion);
+    const std::string ajena = escribe("seccion.tcad", seccionAjena);
+    const std::vector<std::pair<std::string, std::string>> casos = {
+        {noExiste, "no existe el fichero " + noExiste},
+        {vacio, vacio + " está vacío"},
+        {texto, texto + " no es un dibujo de Tarvelo"},
+        {version, version + " es de otra versión del formato de dibujo"},
+        {ajena, ajena + " está dañado y no se puede leer"},
+    };
+    for (size_t i = 0; i < casos.size(); ++i)
+    {
+        std::string mensaje;
+        int64_t danadas = -1;
+        EXPECT_FALSE(w.leeComprobado(casos[i].first, mensaje, danadas));
+        EXPECT_EQ(mensaje, casos[i].second);
+        EXPECT_EQ(w.mDibujo->entidades.size(), 1U);
+        EXPECT_EQ(w.numeroCapas(), 2);
+        EXPECT_EQ(w.capaActual(), "Mia");
+        EXPECT_TRUE(w.mDibujo->documentoListo);
+    }
+
+    Bytes danada = b;
+    danada[items(b, "Entid.1")[0].inicio + 3] = 'X';
+    const std::string rDanada = escribe("danada.tcad", danada);
+    std::string mensaje;
+    int64_t danadas = 0;
+    ASSERT_TRUE(w.leeComprobado(rDanada, mensaje, danadas));
+    EXPECT_EQ(danadas, 1);
+    EXPECT_EQ(mensaje,
+              rDanada + " está dañado: 1 entidad no se pudo leer y se conserva tal como venía");
+    EXPECT_EQ(w.mDibujo->entidades.size(), 2U);
+    EXPECT_EQ(w.mDibujo->entidades[1]->etiqueta(), std::string("Ln1"));
+
+    const std::string carpeta = ruta("no-hay-carpeta");
+    EXPECT_FALSE(w.guardaComprobado(carpeta + "/dibujo.tcad", mensaje));
+    EXPECT_EQ(mensaje, "no existe la carpeta " + carpeta);
+    EXPECT_TRUE(cad::prueba::restosTemporales().empty());
+}
+
+// A process killed at any moment of a 60 MB save and of the DXF export behind it (a child
+// process, killed at random times over the span the two take) leaves each file either as it
+// was, byte for byte, or whole and new: never a mix, never a cut file. Some kills must land
+// while a temporary file is being written, which shows that the target was not.
+TEST(DocumentoFichero, procesoMatadoDuranteElGuardadoDejaElFicheroAnterior)
+{
+    const std::string carpeta = ruta("matado");
+    std::filesystem::create_directories(carpeta);
+    const std::string cad = carpeta + "/obra.cad";
+    const std::string dxf = carpeta + "/obra.dxf";
+    WrapDibujoCAD pequeno(nullptr, nullptr);
+    pequeno.nuevoDocumento();
+    ASSERT_NE(pequeno.nuevoPunto(1, 2, 3), 0);
+    std::string mensaje;
+    ASSERT_TRUE(pequeno.guardaComprobado(cad, mensaje) && pequeno.exportaDXFComprobado(dxf, mensaje));
+    const Bytes viejoCad = cad::prueba::leeFichero(cad);
+    const Bytes viejoDxf = cad::prueba::leeFichero(dxf);
+
+    WrapDibujoCAD grande(nullptr, nullptr);
+    grande.nuevoDocumento();
+    for (int i = 0; i < 1000000; ++i)
+    {
+        grande.mDibujo->entidades.push_back(new cad::Punto(431000.0 + i * 0.01, 4581000.0, 600.0));
+    }
+    const auto inicio = std::chrono::steady_clock::now();
+    ASSERT_TRUE(grande.guardaComprobado(carpeta + "/nuevo.cad", mensaje) &&
+                grande.exportaDXFComprobado(carpeta + "/nuevo.dxf", mensaje));
+    const auto duracion = std::chrono::steady_clock::now() - inicio;
+    const Bytes nuevoCad = cad::prueba::leeFichero(carpeta + "/nuevo.cad");
+    const auto tamanoNuevoDxf = std::filesystem::file_size(carpeta + "/nuevo.dxf");
+    ASSERT_GT(nuevoCad.size(), 60000000U);
+
+    std::mt19937 azar(11);
+    int aMedias = 0;
+    for (int ronda = 0; ronda < 4; ++ronda)
+    {
+        const pid_t hijo = ::fork();
+        ASSERT_GE(hijo, 0);
+        if (hijo == 0)
+        {
+            std::string m;
+            grande.guardaComprobado(cad, m);
+            grande.exportaDXFComprobado(dxf, m);
+            std::_Exit(0);
+        }
+        const auto espera = std::uniform_int_distribution<int64_t>(
+            0, std::chrono::duration_cast<std::chrono::microseconds>(duracion).count())(azar);
+        std::this_thread::sleep_for(std::chrono::microseconds(espera));
+        ::kill(hijo, SIGKILL);
+        ::waitpid(hijo, nullptr, 0);
+        const Bytes ahoraCad = cad::prueba::leeFichero(cad);
+        EXPECT_TRUE(ahoraCad == viejoCad || ahoraCad == nuevoCad) << "round " << ronda;
+        const std::string ahoraDxf = [&]
+        {
+            const Bytes b = cad::prueba::leeFichero(dxf);
+            return std::string(b.begin(), b.end());
+        }();
+        EXPECT_TRUE(ahoraDxf == std::string(viejoDxf.begin(), viejoDxf.end()) ||
+                    (ahoraDxf.size() == tamanoNuevoDxf && ahoraDxf.ends_with("  0\nEOF\n")))
+            << "round " << ronda;
+        // A killed writer leaves its temporary file; only it, and it is cleared here.
+        for (const std::string& resto : cad::prueba::restosTemporales())
+        {
+            ++aMedias;
+            std::filesystem::remove(resto);
+        }
+        cad::prueba::escribeFichero(cad, viejoCad);
+        cad::prueba::escribeFichero(dxf, viejoDxf);
+    }
+    EXPECT_GT(aMedias, 0);
 }
 
 // A new document saved with no display: the working view that the new document made has

@@ -351,6 +351,69 @@ Bytes dibujoPequeno()
     return guarda(d);
 }
 
+// The entity blocks of a saved drawing in `b`, whose list holds only sound blocks.
+std::vector<Bloque> bloques(const Bytes& b) { return bloquesEntidad(b); }
+
+// A load of `b` that keeps going: the entities' descriptions, raw ones as "cruda".
+std::vector<std::string> describe(const Dibujo& d)
+{
+    std::vector<std::string> r;
+    for (const Entidad* e : d.entidades)
+    {
+        std::string t = e->tamanoBloque() == cad::kBloqueCrudo ? "cruda" : e->etiqueta();
+        for (int i = 0; i < e->numCoordenadas(); ++i)
+        {
+            const Punto3<double>& p = *e->coordenada(i);
+            t += " " + std::to_string(p.x) + "," + std::to_string(p.y) + "," + std::to_string(p.z);
+        }
+        r.push_back(t);
+    }
+    return r;
+}
+
+// Damage inside one entity's block (a tag's terminator, a lying vertex count, a tag field
+// of a form no writer makes) never lets the list read on from the middle of that block: the
+// damaged block is kept whole as a raw entity and counted, its neighbours read as they were,
+// and the file saved from it is the damaged file again, byte for byte, so that it loads and
+// saves the same way for ever.
+TEST(ListaEntidadesDanos, bloqueDanadoSeConservaEnteroYSusVecinasSeLeen)
+{
+    const Bytes sano = dibujoPequeno();
+    Dibujo original;
+    ASSERT_TRUE(carga(original, sano));
+    const std::vector<std::string> antes = describe(original);
+    const auto bl = bloques(sano);
+    ASSERT_EQ(bl.size(), 7U);
+
+    Bytes etiqueta = sano;
+    etiqueta[bl[1].inicio + 3] = 'X';  // "Ln1\0" -> "Ln1X": the tag swallows the length
+    Bytes cuenta = sano;
+    ponNum(cuenta, bl[3].cuerpo() + 34, 0x7FFFFFFF, 4);  // the polyline's vertex count
+    Bytes forma = sano;
+    forma[bl[0].inicio + 2] = 0;  // "Pt1\0" -> "Pt\0\0": a tag field longer than its tag
+    struct caso_t
+    {
+        const Bytes& bytes;
+        size_t danada;
+    };
+    for (const caso_t& c : {caso_t{etiqueta, 1}, caso_t{cuenta, 3}, caso_t{forma, 0}})
+    {
+        Dibujo d;
+        ASSERT_TRUE(carga(d, c.bytes)) << c.danada;
+        EXPECT_EQ(d.entidades.danadas, 1U);
+        std::vector<std::string> esperado = antes;
+        esperado[c.danada] = "cruda";
+        EXPECT_EQ(describe(d), esperado);
+        const Bytes otra = guarda(d);
+        EXPECT_EQ(trozo(otra, seccion(otra, "Entid.1")), trozo(c.bytes, seccion(c.bytes, "Entid.1")));
+        Dibujo releido;
+        ASSERT_TRUE(carga(releido, otra));
+        EXPECT_EQ(describe(releido), esperado);
+        const Bytes tercera = guarda(releido);
+        EXPECT_EQ(trozo(tercera, seccion(tercera, "Entid.1")), trozo(otra, seccion(otra, "Entid.1")));
+    }
+}
+
 // Every cut of a saved drawing, from empty to one byte short, loads false without a fault;
 // the whole file loads true.
 TEST(ListaEntidadesDanos, ficheroCortado)

@@ -18,6 +18,7 @@
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "entidades/Plano.h"
+#include "entidades/Punto.h"
 #include "soporte/EntidadPrueba.h"
 #include "soporte/FicheroTemporal.h"
 
@@ -617,6 +618,61 @@ TEST(ExportaDXFDibujo, entidadesDeCadaTipoEnUnaCapaConBlancoYPunto)
         " 40\n2.0000\n 72\n0\n  1\ndos\n"
         "  0\nENDSEC\n  0\nEOF\n";
     compruebaFichero(ruta, esperado);
+}
+
+// The checked export never raises and never touches the previous file when it fails: a
+// layer without a name (the writer's misuse, which the design form raises), a coordinate that
+// is not a finite number, a device as the target. Names with line breaks and texts with a
+// carriage return cannot inject records: they come out as one line each, and the file passes
+// the audit. A user's file named like the old scratch file ("NAME.1") is never touched, and a
+// link to the target keeps pointing at the file it names, now updated.
+TEST(ExportaDXFDibujo, comprobadaDiceElMotivoYNoTocaNadaMas)
+{
+    const std::string ruta = rutaTemporal("plano.dxf");
+    cad::prueba::escribeFichero(ruta, std::string("anterior"));
+    cad::prueba::escribeFichero(ruta + ".1", std::string("del usuario"));
+    std::string mensaje;
+    {
+        Fendrix::WrapDibujoCAD sinNombre(nullptr, nullptr);
+        sinNombre.nuevoDocumento();
+        ASSERT_TRUE(sinNombre.nuevaCapa("", true));
+        ASSERT_NE(sinNombre.nuevoPunto(1, 2, 3), 0);
+        EXPECT_FALSE(sinNombre.exportaDXFComprobado(ruta, mensaje));
+        EXPECT_EQ(mensaje, "una capa sin nombre no se puede escribir en un DXF; póngale nombre "
+                           "antes de exportar");
+        EXPECT_THROW(sinNombre.exportaDXF(ruta), Excepcion);
+    }
+    {
+        Fendrix::WrapDibujoCAD noFinito(nullptr, nullptr);
+        noFinito.nuevoDocumento();
+        ASSERT_TRUE(noFinito.insertaEntidad(
+            new cad::Punto(std::numeric_limits<double>::quiet_NaN(), 0, 0)));
+        EXPECT_FALSE(noFinito.exportaDXFComprobado(ruta, mensaje));
+        EXPECT_EQ(mensaje, "1 valor no finito (nan o inf) en las coordenadas: el DXF no se escribe");
+        EXPECT_FALSE(noFinito.exportaDXFComprobado("/dev/full", mensaje));
+        EXPECT_EQ(mensaje, "/dev/full no es un fichero regular");
+    }
+    EXPECT_EQ(leeTexto(ruta), "anterior");
+
+    Fendrix::WrapDibujoCAD dibujo(nullptr, nullptr);
+    dibujo.nuevoDocumento();
+    ASSERT_TRUE(dibujo.nuevaCapa("a\n  0\nLINE", true));
+    ASSERT_NE(dibujo.nuevoTexto("uno\r  0\rPOINT", 1, 1, 0,
+                                Fendrix::WrapDibujoCAD::alineacionTexto::kAlineacionInfIzq, 2, 0),
+              0);
+    const std::string auditado = rutaDXF("nombres_con_saltos.dxf");
+    const std::string enlace = rutaTemporal("enlace.dxf");
+    std::filesystem::remove(auditado);
+    std::filesystem::create_symlink(auditado, enlace);
+    ASSERT_TRUE(dibujo.exportaDXFComprobado(enlace, mensaje)) << mensaje;
+    EXPECT_TRUE(std::filesystem::is_symlink(enlace));
+    const std::string capa = "  8\na___0_LINE\n";
+    compruebaFichero(auditado, esperado("  0\nLAYER\n  2\na___0_LINE\n 70\n    0\n 62\n    7\n"
+                                        "  6\nCONTINUOUS\n",
+                                        "  0\nTEXT\n" + capa +
+                                            " 10\n1.0000\n 20\n1.0000\n 30\n0.0000\n"
+                                            " 40\n2.0000\n 72\n0\n  1\nuno   0 POINT\n"));
+    EXPECT_EQ(leeTexto(ruta + ".1"), "del usuario");
 }
 
 }  // namespace

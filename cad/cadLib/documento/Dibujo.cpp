@@ -1483,10 +1483,10 @@ bool Dibujo::leeFichero(const std::string& ruta, resultadoFichero_t& resultado)
     resultado.entidadesDanadas = entidades.danadas;
     if (entidades.danadas > 0)
     {
-        resultado.mensaje = ruta + " está dañado: " + std::to_string(entidades.danadas) +
-                            (entidades.danadas == 1 ? " entidad no se pudo leer y se conserva"
-                                                    : " entidades no se pudieron leer y se conservan") +
-                            " tal como venían";
+        resultado.mensaje =
+            ruta + " está dañado: " + std::to_string(entidades.danadas) +
+            (entidades.danadas == 1 ? " entidad no se pudo leer y se conserva tal como venía"
+                                    : " entidades no se pudieron leer y se conservan tal como venían");
     }
     return true;
 }

@@ -165,7 +165,8 @@ bool ExportaDXF::termina()
     {
         descarta();
         motivo = std::to_string(noFinitos) +
-                 " coordenadas no son números finitos (nan o inf): el DXF no se escribe";
+                 (noFinitos == 1 ? " valor no finito (nan o inf)" : " valores no finitos (nan o inf)") +
+                 " en las coordenadas: el DXF no se escribe";
         return false;
     }
 
