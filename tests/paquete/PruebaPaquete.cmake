@@ -167,3 +167,61 @@ tarvelo(r salida guion no-existe.txt)
 if(r EQUAL 0 OR NOT salida MATCHES "no se pudo leer el guion no-existe.txt")
     message(FATAL_ERROR "a missing script gave ${r}:\n${salida}")
 endif()
+
+# Files that can't be written or read: the order fails with its reason and a failed exit,
+# at once (a FIFO is not waited on), and what stood there before is left alone.
+file(WRITE "${TRABAJO}/salida/previo.dxf" "previo")
+foreach(caso "no/hay/carpeta/plano.dxf|no existe la carpeta no/hay/carpeta"
+             "/dev/full|/dev/full no es un fichero regular"
+             "salida|salida es una carpeta")
+    string(REPLACE "|" ";" caso "${caso}")
+    list(GET caso 0 destino)
+    list(GET caso 1 motivo)
+    tarvelo(r salida dxf salida/sesion.cad "${destino}")
+    if(r EQUAL 0 OR NOT salida MATCHES "tarvelo: no se pudo escribir el DXF: ${motivo}")
+        message(FATAL_ERROR "tarvelo dxf to ${destino} gave ${r}:\n${salida}")
+    endif()
+endforeach()
+execute_process(COMMAND mkfifo "${TRABAJO}/tuberia")
+execute_process(COMMAND "${TRABAJO}/host/tarvelo" info tuberia WORKING_DIRECTORY "${TRABAJO}"
+    TIMEOUT 30 RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+if(r EQUAL 0 OR NOT "${s}${e}" MATCHES "no se pudo leer el dibujo: tuberia no es un fichero regular")
+    message(FATAL_ERROR "tarvelo info on a FIFO gave ${r}:\n${s}${e}")
+endif()
+
+# One damaged byte: in a tag, the entity is kept unread and counted, and info says so; in
+# the only layer's name (cut to nothing), the DXF is refused with the reason, and a session
+# over that drawing goes on after the refusal and saves it.
+execute_process(COMMAND /usr/bin/python3 -c "
+import sys
+b = bytearray(open('salida/sesion.cad', 'rb').read())
+t = bytearray(b)
+t[b.index(b'Ln1\\0') + 3] = ord('X')
+open('salida/danado.cad', 'wb').write(t)
+c = bytearray(b)
+c[b.index(b'\\2\\0' + b'0\\0', b.index(b'Cp1\\0')) + 2] = 0
+open('salida/sin-nombre.cad', 'wb').write(c)
+" WORKING_DIRECTORY "${TRABAJO}" RESULT_VARIABLE r)
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "could not write the damaged copies")
+endif()
+tarvelo(r salida info salida/danado.cad)
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "tarvelo info on a damaged file failed: ${r}\n${salida}")
+endif()
+compruebaLineas("${salida}" "Entidades (5):
+Aviso: salida/danado.cad está dañado: 1 entidad no se pudo leer y se conserva tal como venía" "info on a damaged file")
+tarvelo(r salida dxf salida/sin-nombre.cad salida/previo.dxf)
+if(r EQUAL 0 OR NOT salida MATCHES "una capa sin nombre no se puede escribir en un DXF")
+    message(FATAL_ERROR "tarvelo dxf with a layer without a name gave ${r}:\n${salida}")
+endif()
+file(READ "${TRABAJO}/salida/previo.dxf" previo)
+if(NOT previo STREQUAL "previo")
+    message(FATAL_ERROR "a failed export touched the previous file")
+endif()
+file(WRITE "${TRABAJO}/sin-nombre.txt" "dxf salida/previo.dxf\nguarda salida/rescatado.cad\nsal\n")
+execute_process(COMMAND "${TRABAJO}/host/tarvelo" sesion salida/sin-nombre.cad
+    WORKING_DIRECTORY "${TRABAJO}" INPUT_FILE "${TRABAJO}/sin-nombre.txt"
+    RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+compruebaLineas("${s}${e}" "dxf: una capa sin nombre no se puede escribir en un DXF; póngale nombre antes de exportar
+Dibujo guardado en salida/rescatado.cad (5 entidades)" "a session over a layer without a name")
