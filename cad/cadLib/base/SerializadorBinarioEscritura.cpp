@@ -53,9 +53,10 @@ BloqueSerializacionBE::~BloqueSerializacionBE()
 SerializadorBinarioEscritura::SerializadorBinarioEscritura(const std::string& ruta)
     : fichero(std::make_unique<FicheroAtomico>(ruta))
 {
+    activo = fichero->abierto();
 }
 
-SerializadorBinarioEscritura::SerializadorBinarioEscritura() : enMemoria(true) {}
+SerializadorBinarioEscritura::SerializadorBinarioEscritura() : enMemoria(true), activo(true) {}
 
 SerializadorBinarioEscritura::~SerializadorBinarioEscritura() { cierra(); }
 
@@ -64,7 +65,7 @@ bool SerializadorBinarioEscritura::abierto() const
     return !cerrado && (enMemoria || fichero->abierto());
 }
 
-void SerializadorBinarioEscritura::anade(const void* datos, size_t n)
+void SerializadorBinarioEscritura::anadeLento(const void* datos, size_t n)
 {
     if (n == 0 || !abierto())
     {
@@ -145,6 +146,7 @@ bool SerializadorBinarioEscritura::cierra()
         ok = fichero->confirma();
     }
     cerrado = true;
+    activo = false;
     return ok;
 }
 
@@ -156,6 +158,7 @@ void SerializadorBinarioEscritura::descarta()
     }
     usado = 0;
     cerrado = true;
+    activo = false;
 }
 
 const std::string& SerializadorBinarioEscritura::mensaje() const

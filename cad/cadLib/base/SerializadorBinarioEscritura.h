@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -94,7 +95,18 @@ private:
     // Sends the memory to the file once it has grown this much.
     static constexpr size_t kVolcado = size_t{8} << 20;
 
-    void anade(const void* datos, size_t n);
+    // The common case inline: an open writer with room in memory.
+    void anade(const void* datos, size_t n)
+    {
+        if (activo && capacidad - usado >= n)
+        {
+            std::memcpy(memoria.get() + usado, datos, n);
+            usado += n;
+            return;
+        }
+        anadeLento(datos, n);
+    }
+    void anadeLento(const void* datos, size_t n);
     void vuelca();
 
     std::unique_ptr<FicheroAtomico> fichero;
@@ -105,6 +117,8 @@ private:
     uint64_t base = 0;
     bool cerrado = false;
     bool enMemoria = false;
+    // abierto(), kept for the writes' fast path.
+    bool activo = false;
 };
 
 }  // namespace cad

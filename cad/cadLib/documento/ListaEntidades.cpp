@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 
+#include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
@@ -115,15 +116,27 @@ void ListaEntidades::escribe(SerializadorEscrituraBase& w)
 {
     std::unique_ptr<BloqueSerializacion> bloque(w.nuevoBloque64(etiqueta()));
     w.escribeLongitud64(size());
+    // The binary writer's blocks are made on the stack: a million entities need no million
+    // allocations. The bytes are the same.
+    auto* binario = dynamic_cast<SerializadorBinarioEscritura*>(&w);
     for (Entidad* e : *this)
     {
-        if (e->tamanoBloque() == kBloqueCrudo)
+        const int ancho = e->tamanoBloque();
+        if (ancho == kBloqueCrudo)
         {
             e->escribe(w);
             continue;
         }
-        std::unique_ptr<BloqueSerializacion> propio(
-            w.nuevoBloque(e->etiqueta(), e->tamanoBloque()));
+        if (binario != nullptr)
+        {
+            const BloqueSerializacionBE propio(*binario, e->etiqueta(),
+                                               ancho == kBloque16 || ancho == kBloque32 ? ancho
+                                                                                        : kBloque64);
+            e->escribe(w);
+            e->escribeDatosDesconocidos(w);
+            continue;
+        }
+        std::unique_ptr<BloqueSerializacion> propio(w.nuevoBloque(e->etiqueta(), ancho));
         e->escribe(w);
         e->escribeDatosDesconocidos(w);
     }
@@ -182,6 +195,20 @@ marco_t marcoDe(const BloqueSerializacion& b, int64_t inicio, int64_t posicion)
     m.legible = imprimible && m.posicionLongitud == inicio + static_cast<int64_t>(n) + 1 &&
                 posicion == m.cuerpo();
     return m;
+}
+
+// Reads the frame of the block that starts where the reader stands; the binary reader's block
+// is made on the stack, as a million entities need no million allocations.
+marco_t leeMarco(SerializadorLecturaBase& r, SerializadorBinarioLectura* binario)
+{
+    const int64_t inicio = r.posicion();
+    if (binario != nullptr)
+    {
+        const BloqueSerializacionBL bloque(*binario, -1);
+        return marcoDe(bloque, inicio, r.posicion());
+    }
+    const std::unique_ptr<BloqueSerializacion> bloque(r.leeBloque());
+    return marcoDe(*bloque, inicio, r.posicion());
 }
 
 // How a body read agreed with its block's length.
@@ -293,8 +320,7 @@ bool empiezaBloque(SerializadorLecturaBase& r, int64_t pos, int64_t limite)
 {
     const int64_t antes = r.posicion();
     r.situa(pos);
-    std::unique_ptr<BloqueSerializacion> b(r.leeBloque());
-    const marco_t m = marcoDe(*b, pos, r.posicion());
+    const marco_t m = leeMarco(r, dynamic_cast<SerializadorBinarioLectura*>(&r));
     const bool ok = m.legible && filaDe(m.tag) != nullptr && intentaLeer(r, m, limite) != nullptr;
     r.situa(antes);
     return ok;
@@ -352,12 +378,12 @@ bool ListaEntidades::lee(SerializadorLecturaBase& r)
         inicio + static_cast<int64_t>(std::min(bloque->restante(), disponibles));
     // The count comes from the file: the loop also ends at the list's end, so a lying count
     // cannot spin; in a sound file every entity is read before that.
+    auto* binario = dynamic_cast<SerializadorBinarioLectura*>(&r);
     for (uint64_t i = 0; i < cuenta && static_cast<int64_t>(cuenta) > 0 && r.posicion() < limite;
          ++i)
     {
         const int64_t desde = r.posicion();
-        std::unique_ptr<BloqueSerializacion> propio(r.leeBloque());
-        const marco_t m = marcoDe(*propio, desde, r.posicion());
+        const marco_t m = leeMarco(r, binario);
         std::unique_ptr<Entidad> e = intentaLeer(r, m, limite);
         if (!e)
         {
