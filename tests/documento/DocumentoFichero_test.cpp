@@ -310,6 +310,45 @@ TEST(DocumentoFichero, referenciasSinDestino)
     EXPECT_EQ(std::count(puntos.begin(), puntos.end(), "dibujaPunto (1,1,1)"), 0);
 }
 
+// A damaged file that repeats a layer id and a style id: every reference with that id binds
+// to the first object that carries it, whichever the entity named when it was saved. Catches
+// a lookup that lets a later object overwrite an earlier one.
+TEST(DocumentoFichero, idRepetidoAtaAlPrimero)
+{
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    ASSERT_TRUE(w.nuevaCapa("A", false));
+    ASSERT_TRUE(w.nuevaCapa("B", false));
+    ASSERT_TRUE(w.nuevoEstiloTexto("S1", "Arial", 10, false));
+    ASSERT_TRUE(w.nuevoEstiloTexto("S2", "Mono", 8, false));
+    cad::Dibujo& d = *w.mDibujo;
+    d.buscaCapa("A")->setId(7, 0);
+    d.buscaCapa("B")->setId(7, 0);
+    d.buscaEstiloTexto("S1")->setId(9, 0);
+    d.buscaEstiloTexto("S2")->setId(9, 0);
+    const auto alin = WrapDibujoCAD::alineacionTexto::kAlineacionInfIzq;
+    ASSERT_TRUE(w.capaActual("B"));
+    ASSERT_TRUE(w.estiloTextoActual("S2"));
+    ASSERT_NE(w.nuevoPunto(1, 2, 3), 0);
+    ASSERT_NE(w.nuevoTexto("t", 4, 5, 6, alin, 1, 0), 0);
+    ASSERT_TRUE(w.capaActual("A"));
+    ASSERT_NE(w.nuevoPunto(7, 8, 9), 0);
+    const std::string r = ruta("ids-repetidos.tcad");
+    ASSERT_TRUE(w.guarda(r));
+
+    WrapDibujoCAD w2(nullptr, nullptr);
+    ASSERT_TRUE(w2.lee(r));
+    cad::Dibujo& d2 = *w2.mDibujo;
+    ASSERT_EQ(d2.entidades.size(), 3U);
+    for (const cad::Entidad* e : d2.entidades)
+    {
+        EXPECT_EQ(e->capaEntidad(), d2.buscaCapa("A")) << e->etiqueta();
+    }
+    auto* t = dynamic_cast<cad::Texto*>(d2.entidades[1]);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->referenciaEstilo().get(), d2.buscaEstiloTexto("S1"));
+}
+
 // Empty and missing files load false. A wrong magic loads false, keeps every list and keeps
 // the outer body as unknown bytes. A section of another tag stops the load there: layers read,
 // that list emptied keeping the section's body, later lists untouched. A save into a missing

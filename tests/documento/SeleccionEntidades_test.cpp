@@ -45,9 +45,9 @@ E* inserta(Dibujo& d, E* e, const char* capa = nullptr)
     return e;
 }
 
-// The five starting kinds: empty; all in list order; marked (bit 1 or 8) and unmarked (bit 4
-// alone counts as unmarked); the last created entity, or nothing once that is cleared. Every
-// selection refers to its drawing.
+// The five starting kinds: empty; all in list order, each once; marked (bit 1 or 8) and
+// unmarked (bit 4 alone counts as unmarked); the last created entity, or nothing once that is
+// cleared. Every selection refers to its drawing.
 TEST(SeleccionNueva, cincoTipos)
 {
     Dibujo d;
@@ -61,6 +61,10 @@ TEST(SeleccionNueva, cincoTipos)
     c->setOculta(true);
     EXPECT_EQ(d.nuevaSeleccion(Dibujo::kSeleccionVacia).numeroEntidades(), 0U);
     EXPECT_EQ(d.nuevaSeleccion(Dibujo::kSeleccionTodas).entidades, (Lista{a, b, c, e}));
+    // A list that holds an entity twice still gives it once, at its first place.
+    d.entidades.insert(d.entidades.begin() + 2, e);
+    EXPECT_EQ(d.nuevaSeleccion(Dibujo::kSeleccionTodas).entidades, (Lista{a, b, e, c}));
+    d.entidades.erase(d.entidades.begin() + 2);
     EXPECT_EQ(d.nuevaSeleccion(Dibujo::kSeleccionMarcadas).entidades, (Lista{a, b}));
     EXPECT_EQ(d.nuevaSeleccion(Dibujo::kSeleccionNoMarcadas).entidades, (Lista{c, e}));
     const SeleccionEntidades ultima = d.nuevaSeleccion(Dibujo::kSeleccionUltima);

@@ -28,6 +28,10 @@ struct DelegateWrapper
     Delegado _Delegate;
 };
 
+// One drawing and its editor, driven by one thread: the one that calls in, which also pumps
+// its own ColaMensajes while a command waits. Separate facades may run on separate threads at
+// once; the state they share (settings, message table, the selection record) is locked. Load
+// a message file before other threads run drawings.
 class WrapDibujoCAD
 {
 public:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 
 #include "base/Color.h"
 
@@ -9,7 +10,9 @@ namespace cad
 {
 
 // One object for the whole process, shared by every drawing and never saved with a document.
-// Only the first use of instancia() is synchronised; reads and writes afterwards are not.
+// Every read and write takes the object's lock, so drawings painted on separate threads may
+// read it while another thread changes it; a paint that overlaps a change may show either
+// value of it.
 class Configuracion
 {
 public:
@@ -75,6 +78,7 @@ public:
 private:
     Configuracion();
 
+    mutable std::mutex mCerrojo;
     Color mColores[kNumeroColores];
     int mValores[kNumeroValores];
     double mFlotantes[kNumeroFlotantes];

@@ -86,6 +86,7 @@ GestorMensajes& GestorMensajes::Instancia()
 
 bool GestorMensajes::cargarFicheroMensajes(const char* fichero)
 {
+    std::lock_guard<std::mutex> guardia(mCerrojo);
     mMensajes.clear();
     if (fichero == nullptr)
     {
@@ -127,6 +128,7 @@ bool GestorMensajes::cargarFicheroMensajes(const char* fichero)
 
 const char* GestorMensajes::mensaje(int grupo, int numero, const char* porDefecto)
 {
+    std::lock_guard<std::mutex> guardia(mCerrojo);
     auto& delGrupo = mMensajes[grupo];
     auto it = delGrupo.find(numero);
     if (it == delGrupo.end())
@@ -138,6 +140,7 @@ const char* GestorMensajes::mensaje(int grupo, int numero, const char* porDefect
 
 void GestorMensajes::setMensaje(int grupo, int numero, const std::string& texto)
 {
+    std::lock_guard<std::mutex> guardia(mCerrojo);
     mMensajes[grupo][numero] = texto;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <string>
 
 namespace cad
@@ -9,7 +10,9 @@ namespace cad
 
 // Every text the kernel shows is fetched with its built-in wording, so the table works with
 // no file loaded; a message file replaces the wordings, for instance with a translation.
-// Nothing here locks: the table is used from the host's thread.
+// Every call takes the table's lock, as editors on separate threads fetch and add texts at
+// once. A pointer from mensaje() is not covered by the lock: load the file before drawings
+// run on other threads, or not while one of them shows a text.
 class GestorMensajes
 {
 public:
@@ -42,6 +45,7 @@ public:
 private:
     GestorMensajes() = default;
 
+    std::mutex mCerrojo;
     std::map<int, std::map<int, std::string>> mMensajes;
 };
 

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "base/Configuracion.h"
@@ -338,16 +340,20 @@ SeleccionEntidades Dibujo::nuevaSeleccion(seleccion tipo)
     switch (tipo)
     {
         case kSeleccionTodas:
-            // Each entity is tested against the set, so that it stands in it once: this is
-            // quadratic in the entity count, and stays so.
+        {
+            // Each entity stands in the set once, in list order, even if the list repeats it.
+            std::unordered_set<const Entidad*> yaPuestas;
+            yaPuestas.reserve(entidades.size());
+            s.entidades.reserve(entidades.size());
             for (Entidad* e : entidades)
             {
-                if (std::find(s.entidades.begin(), s.entidades.end(), e) == s.entidades.end())
+                if (yaPuestas.insert(e).second)
                 {
                     s.entidades.push_back(e);
                 }
             }
             break;
+        }
         case kSeleccionMarcadas:
         case kSeleccionNoMarcadas:
             for (Entidad* e : entidades)
@@ -1511,37 +1517,32 @@ void Dibujo::reparaActuales()
 namespace
 {
 
-// The first object of the snapshot with that id, or null.
-ObjetoCAD* buscaPorId(const std::vector<ReferenciaObjetoCAD>& instantanea, uint64_t id)
-{
-    for (const ReferenciaObjetoCAD& r : instantanea)
-    {
-        if (r.id == id)
-        {
-            return r.objeto;
-        }
-    }
-    return nullptr;
-}
-
+// Id to object over a list. A damaged file may repeat an id: the first object keeps it, as
+// emplace leaves a present key alone.
 template <class Lista>
-std::vector<ReferenciaObjetoCAD> instantanea(Lista& lista)
+std::unordered_map<uint64_t, ObjetoCAD*> indicePorId(Lista& lista)
 {
-    std::vector<ReferenciaObjetoCAD> r;
-    r.reserve(lista.size());
+    std::unordered_map<uint64_t, ObjetoCAD*> indice;
+    indice.reserve(lista.size());
     for (ObjetoCAD* o : lista)
     {
-        r.emplace_back(o, o->id);
+        indice.emplace(o->id, o);
     }
-    return r;
+    return indice;
+}
+
+ObjetoCAD* buscaPorId(const std::unordered_map<uint64_t, ObjetoCAD*>& indice, uint64_t id)
+{
+    const auto it = indice.find(id);
+    return it != indice.end() ? it->second : nullptr;
 }
 
 }  // namespace
 
 void Dibujo::ataReferencias()
 {
-    const std::vector<ReferenciaObjetoCAD> deCapas = instantanea(capas);
-    const std::vector<ReferenciaObjetoCAD> deEstilos = instantanea(estilosTexto);
+    const auto deCapas = indicePorId(capas);
+    const auto deEstilos = indicePorId(estilosTexto);
     for (Entidad* e : entidades)
     {
         e->capa.objeto = buscaPorId(deCapas, e->capa.id);

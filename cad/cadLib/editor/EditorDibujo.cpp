@@ -5,6 +5,8 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
+#include <vector>
 
 #include "base/ColaMensajes.h"
 #include "base/Configuracion.h"
@@ -72,9 +74,11 @@ EditorDibujo::~EditorDibujo()
 
 void EditorDibujo::actualiza(actualiza_e tipo, bool forzar)
 {
-    // One record for the process, not per editor: the selection last announced.
+    // One record for the process, not per editor: the selection last announced. Editors on
+    // other threads share it, hence its lock.
     struct registro_t
     {
+        std::mutex cerrojo;
         Dibujo* dibujo = nullptr;
         std::vector<Entidad*> entidades;
     };
@@ -99,10 +103,19 @@ void EditorDibujo::actualiza(actualiza_e tipo, bool forzar)
     }
     // The record is the process's, so a second drawing with the same selection (say, none)
     // causes no notice either.
-    if (forzar || seleccion != ultimo.entidades)
+    bool avisa = forzar;
     {
-        ultimo.dibujo = dibujo_;
-        ultimo.entidades = std::move(seleccion);
+        std::lock_guard<std::mutex> guardia(ultimo.cerrojo);
+        avisa = avisa || seleccion != ultimo.entidades;
+        if (avisa)
+        {
+            ultimo.dibujo = dibujo_;
+            ultimo.entidades = std::move(seleccion);
+        }
+    }
+    // The host is told outside the lock: its handler may call back into an editor.
+    if (avisa)
+    {
         funcionActualiza(tipo);
     }
 }

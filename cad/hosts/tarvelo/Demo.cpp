@@ -1,10 +1,12 @@
 #include "Demo.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <ostream>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "Fendrix/Fendrix.h"
@@ -186,18 +188,39 @@ namespace tarvelo
 void imprimeInfo(WrapDibujoCAD& dibujo, std::ostream& salida)
 {
     cad::Dibujo& d = *dibujo.mDibujo;
+    // One pass over the entities and one over the layers. A layer's line counts the entities
+    // on any layer of its name and shows the flags of the first layer so named, as the
+    // lookups by name give them when a damaged file repeats a name.
+    std::unordered_map<const cad::Capa*, int> porCapa;
+    for (const cad::Entidad* e : d.entidades)
+    {
+        ++porCapa[e->capaEntidad()];
+    }
+    std::unordered_map<std::string, int> porNombre;
+    for (const auto& [capa, n] : porCapa)
+    {
+        if (capa != nullptr)
+        {
+            porNombre[capa->nombre] += n;
+        }
+    }
+    std::unordered_map<std::string, const cad::Capa*> primeraConNombre;
+    for (const cad::Capa* capa : d.capas)
+    {
+        primeraConNombre.emplace(capa->nombre, capa);
+    }
     salida << "Capas (" << dibujo.numeroCapas() << "):\n";
     for (int i = 0; i < dibujo.numeroCapas(); ++i)
     {
         const std::string nombre = dibujo.capa(i);
-        int n = 0;
-        for (const cad::Entidad* e : d.entidades)
-        {
-            n += e->enCapa(nombre.c_str()) ? 1 : 0;
-        }
-        salida << "  " << nombre << ": " << n << " entidades"
-               << (dibujo.capaVisible(nombre) ? "" : " [oculta]")
-               << (dibujo.capaBloqueada(nombre) ? " [bloqueada]" : "") << "\n";
+        // Looked up as a C string, up to a zero byte, as the lookups by name take it.
+        const std::string clave = nombre.c_str();
+        const auto n = porNombre.find(clave);
+        const auto primera = primeraConNombre.find(clave);
+        const int32_t flags = primera != primeraConNombre.end() ? primera->second->flags : 0;
+        salida << "  " << nombre << ": " << (n != porNombre.end() ? n->second : 0) << " entidades"
+               << ((flags & 1) != 0 ? "" : " [oculta]") << ((flags & 2) != 0 ? " [bloqueada]" : "")
+               << "\n";
     }
     std::map<std::string, int> porTipo;
     for (const cad::Entidad* e : d.entidades)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -9,11 +10,13 @@
 #include <set>
 #include <stdexcept>
 #include <system_error>
+#include <unordered_map>
 
 #include "Demo.h"
 #include "base/ColaMensajes.h"
 #include "base/Excepcion.h"
 #include "documento/Dibujo.h"
+#include "documento/SeleccionEntidades.h"
 #include "entidades/Entidad.h"
 #include "entidades/Poligono.h"
 #include "entidades/Polilinea.h"
@@ -98,9 +101,14 @@ std::string cuenta(long n, const char* singular, const char* plural)
     return std::to_string(n) + " " + (n == 1 ? singular : plural);
 }
 
-std::string describeEntidad(Fendrix::WrapDibujoCAD& dibujo, int64_t handle)
+int64_t handleDe(const cad::Entidad* e)
 {
-    const cad::Entidad* e = dibujo.mDibujo->buscaEntidad(handle);
+    return static_cast<int64_t>(reinterpret_cast<intptr_t>(e));
+}
+
+// The entity, its points as the facade's getVertices gives them; "?" for null.
+std::string describeEntidad(const cad::Entidad* e)
+{
     if (e == nullptr)
     {
         return "?";
@@ -114,13 +122,13 @@ std::string describeEntidad(Fendrix::WrapDibujoCAD& dibujo, int64_t handle)
     {
         texto = e->etiqueta();
     }
-    std::vector<double> c;
-    dibujo.getVertices(handle, c);
-    const size_t n = c.size() / 3;
+    std::vector<cad::Punto3<double>> c;
+    e->coordenadas(c);
+    const size_t n = c.size();
     for (size_t i = 0; i < n && i < kVerticesListados; ++i)
     {
-        texto += (i == 0 ? " (" : "-(") + numero(c[3 * i]) + "," + numero(c[3 * i + 1]) + "," +
-                 numero(c[3 * i + 2]) + ")";
+        texto += (i == 0 ? " (" : "-(") + numero(c[i].x) + "," + numero(c[i].y) + "," +
+                 numero(c[i].z) + ")";
     }
     if (n == 0)
     {
@@ -136,6 +144,28 @@ std::string describeEntidad(Fendrix::WrapDibujoCAD& dibujo, int64_t handle)
         texto += " cerrada";
     }
     return texto;
+}
+
+// One entity by handle. The search runs from the newest entity, which is the one a creating
+// order describes, so that describing each new entity is no search of the whole drawing.
+std::string describeEntidad(Fendrix::WrapDibujoCAD& dibujo, int64_t handle)
+{
+    const cad::ListaEntidades& lista = dibujo.mDibujo->entidades;
+    const auto it = std::find_if(lista.rbegin(), lista.rend(),
+                                 [handle](const cad::Entidad* e) { return handleDe(e) == handle; });
+    return describeEntidad(it != lista.rend() ? *it : nullptr);
+}
+
+// The drawing's entities by handle, to describe a set of handles with one pass over the list.
+std::unordered_map<int64_t, const cad::Entidad*> porHandle(const cad::Dibujo& d)
+{
+    std::unordered_map<int64_t, const cad::Entidad*> indice;
+    indice.reserve(d.entidades.size());
+    for (const cad::Entidad* e : d.entidades)
+    {
+        indice.emplace(handleDe(e), e);
+    }
+    return indice;
 }
 
 // Creates the missing folders of `destino`, and nothing outside them: the kernel writes the
@@ -239,7 +269,8 @@ void Sesion::paso()
         cola.publica([this]() { dibujo.cancelaComando(); });
         return;
     }
-    repinta();
+    // The display keeps every prompt it is shown; the session has printed them already.
+    pantalla.textos.clear();
     std::string linea;
     if (!leeLinea(linea))
     {
@@ -363,6 +394,7 @@ void Sesion::atiendeEnEspera(const std::string& linea)
             return;
         }
         ultimaRespuesta = respuesta_e::kOtra;
+        repinta();
         pantalla.clic(x, y);
         return;
     }
@@ -472,9 +504,12 @@ void Sesion::falla()
 
 void Sesion::repinta()
 {
-    dibujo.dibuja(&envoltorio);
-    // The display keeps every prompt it is shown; the session has printed them already.
-    pantalla.textos.clear();
+    // Nothing else needs the scene, and the scene only goes stale when the drawing says so.
+    const cad::Dibujo& d = *dibujo.mDibujo;
+    if (d.redibujar || !d.vistaAplicada)
+    {
+        dibujo.dibuja(&envoltorio);
+    }
 }
 
 void Sesion::fijaCamara()
@@ -536,13 +571,14 @@ bool Sesion::abreDibujo(const std::string& fichero)
 
 std::vector<std::pair<int64_t, std::string>> Sesion::describeEntidades()
 {
-    std::vector<int64_t> handles;
-    dibujo.getEntidades(handles);
+    // The set getEntidades gives, taken as entities rather than looked up handle by handle.
+    const cad::SeleccionEntidades todas =
+        dibujo.mDibujo->nuevaSeleccion(cad::Dibujo::kSeleccionTodas);
     std::vector<std::pair<int64_t, std::string>> lista;
-    lista.reserve(handles.size());
-    for (const int64_t h : handles)
+    lista.reserve(todas.entidades.size());
+    for (const cad::Entidad* e : todas.entidades)
     {
-        lista.emplace_back(h, describeEntidad(dibujo, h));
+        lista.emplace_back(handleDe(e), describeEntidad(e));
     }
     return lista;
 }
@@ -721,9 +757,11 @@ bool Sesion::ordenSelecciona()
     std::vector<int64_t> handles;
     const int n = dibujo.getEntidadesSeleccionadas(handles);
     salida << "Selección: " << cuenta(n, "entidad", "entidades") << '\n';
+    const auto indice = porHandle(*dibujo.mDibujo);
     for (const int64_t h : handles)
     {
-        salida << "  " << describeEntidad(dibujo, h) << '\n';
+        const auto it = indice.find(h);
+        salida << "  " << describeEntidad(it != indice.end() ? it->second : nullptr) << '\n';
     }
     return true;
 }
@@ -894,6 +932,7 @@ bool Sesion::ordenSal()
 
 bool Sesion::clicSinOrden(int x, int y)
 {
+    repinta();
     const int64_t h = dibujo.getEntidadBajoPixel(x, y);
     if (h == 0)
     {

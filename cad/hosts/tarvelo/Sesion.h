@@ -79,7 +79,7 @@ private:
         std::function<bool(const std::vector<std::string>&)> ejecuta;
     };
 
-    // The queue's external step: repaints, then reads one line and posts it.
+    // The queue's external step: reads one line and posts it.
     void paso();
     // The next line, trimmed; false at the end of the input. Comments (echoed) and empty
     // lines with no command waiting are skipped here.
@@ -95,8 +95,9 @@ private:
     // Marks the session failed; under detieneAlFallar it also starts the way out.
     void falla();
 
-    // Sends the drawing to the display, both passes, so that clicks pick and snap what is
-    // there now.
+    // Sends the drawing to the display, both passes, when the drawing asks for it, so that
+    // the click about to be delivered picks and snaps what is there now. Only clicks need
+    // the display's scene: a repaint per input line made typing N points cost N^2.
     void repinta();
     // Places the fixed camera and keeps it as the drawing's view.
     void fijaCamara();
