@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "Fendrix/WrapDibujoCAD.h"
+#include "base/SerializadorBinarioEscritura.h"
 #include "documento/Dibujo.h"
 #include "documento/Variables.h"
 #include "entidades/Plano.h"
@@ -467,6 +468,31 @@ TEST(DocumentoFichero, formasComprobadasDicenPorQueYNoTocanNada)
     EXPECT_FALSE(w.guardaComprobado(carpeta + "/dibujo.tcad", mensaje));
     EXPECT_EQ(mensaje, "no existe la carpeta " + carpeta);
     EXPECT_TRUE(cad::prueba::restosTemporales().empty());
+}
+
+// A file written in pieces, with the lengths of blocks already on the disk patched there
+// (the outer block, the entity list, a polyline of 150,000 vertices larger than a piece, and
+// many small blocks across the pieces' borders), is byte for byte what the same drawing
+// assembles in memory.
+TEST(DocumentoFichero, guardadoPorTrozosIgualQueEnMemoria)
+{
+    cad::Dibujo d;
+    d.nuevoDocumento();
+    std::vector<Punto3<double>> muchos;
+    for (int i = 0; i < 150000; ++i)
+    {
+        muchos.emplace_back(i * 0.5, i % 7, 2.0);
+        d.nuevaEntidad(new cad::Punto(i, -i, 0.25 * i));
+    }
+    d.nuevaEntidad(new cad::Polilinea(static_cast<int>(muchos.size()), muchos.data()));
+    cad::SerializadorBinarioEscritura memoria;
+    d.escribe(memoria);
+    const std::string r = ruta("trozos.tcad");
+    cad::resultadoFichero_t resultado;
+    ASSERT_TRUE(d.guardaFichero(r, resultado)) << resultado.mensaje;
+    const Bytes fichero = cad::prueba::leeFichero(r);
+    ASSERT_GT(fichero.size(), 10000000U);
+    EXPECT_TRUE(fichero == memoria.bytes());
 }
 
 // A process killed at any moment of a 60 MB save and of the DXF export behind it (a child

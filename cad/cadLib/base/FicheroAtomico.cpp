@@ -2,11 +2,14 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <filesystem>
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,6 +29,8 @@ constexpr int kMaximoEnlaces = 40;
 // system's limit of 255.
 constexpr size_t kMaximoNombre = 200;
 constexpr int kIntentosNombre = 1000;
+// Writes from this size on are sent to the disk at once.
+constexpr size_t kEnvioTemprano = size_t{1} << 20;
 
 std::string carpetaDe(const std::string& ruta)
 {
@@ -124,6 +129,31 @@ bool escribeTodoEn(int fd, uint64_t posicion, const unsigned char* p, size_t n, 
 std::atomic<unsigned> contadorTemporales{0};
 
 }  // namespace
+
+void liberaMemoria_t::operator()(unsigned char* p) const { std::free(p); }
+
+memoria_t reservaMemoria(size_t n)
+{
+    constexpr size_t kPaginaGrande = size_t{2} << 20;
+    void* p = nullptr;
+    if (n >= 2 * kPaginaGrande)
+    {
+        p = std::aligned_alloc(kPaginaGrande, (n + kPaginaGrande - 1) / kPaginaGrande * kPaginaGrande);
+        if (p != nullptr)
+        {
+            ::madvise(p, n, MADV_HUGEPAGE);
+        }
+    }
+    else
+    {
+        p = std::malloc(n > 0 ? n : 1);
+    }
+    if (p == nullptr)
+    {
+        throw std::bad_alloc();
+    }
+    return memoria_t(static_cast<unsigned char*>(p));
+}
 
 std::string mensajeErrorFichero(int codigo, const std::string& ruta, bool escritura)
 {
@@ -260,6 +290,13 @@ bool FicheroAtomico::escribe(const void* datos, size_t n)
     {
         falla(codigo);
         return false;
+    }
+    // A large piece starts on its way to the disk now, while the next one is prepared, so
+    // that little is left for the flush at the end.
+    if (n >= kEnvioTemprano)
+    {
+        ::sync_file_range(descriptor, static_cast<off_t>(escritos), static_cast<off_t>(n),
+                          SYNC_FILE_RANGE_WRITE);
     }
     escritos += n;
     return true;
@@ -402,7 +439,7 @@ FicheroLeido::FicheroLeido(const std::string& ruta)
         return;
     }
     const auto previsto = static_cast<size_t>(st.st_size);
-    bytes.reset(new unsigned char[previsto > 0 ? previsto : 1]);
+    bytes = reservaMemoria(previsto > 0 ? previsto : 1);
     // The file may shrink while it is read: what came is what there is.
     while (longitud < previsto)
     {

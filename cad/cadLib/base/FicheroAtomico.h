@@ -22,6 +22,16 @@ struct resultadoFichero_t
     uint64_t entidadesDanadas = 0;  // loads only: entities kept as raw bytes
 };
 
+// Memory for a whole file's bytes: large blocks are asked for in huge pages where the system
+// gives them, as touching a fresh page one by one costs more than reading it.
+struct liberaMemoria_t
+{
+    void operator()(unsigned char* p) const;
+};
+using memoria_t = std::unique_ptr<unsigned char[], liberaMemoria_t>;
+// `n` bytes, not initialised; throws std::bad_alloc when there is no memory.
+memoria_t reservaMemoria(size_t n);
+
 // The failure of a system call on `ruta` as words for the user. `escritura` tells a write
 // from a read; `codigo` is an errno value.
 std::string mensajeErrorFichero(int codigo, const std::string& ruta, bool escritura);
@@ -97,10 +107,10 @@ public:
     int codigoError() const { return error; }
     const std::string& mensaje() const { return texto; }
     // Hands the bytes over; the object keeps none.
-    std::unique_ptr<unsigned char[]> suelta() { return std::move(bytes); }
+    memoria_t suelta() { return std::move(bytes); }
 
 private:
-    std::unique_ptr<unsigned char[]> bytes;
+    memoria_t bytes;
     size_t longitud = 0;
     bool leido = false;
     int error = 0;

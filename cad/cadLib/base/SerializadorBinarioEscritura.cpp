@@ -87,7 +87,7 @@ void SerializadorBinarioEscritura::anadeLento(const void* datos, size_t n)
         if (capacidad - usado < n)
         {
             const size_t nueva = std::max({capacidad * 2, usado + n, size_t{1} << 16});
-            std::unique_ptr<unsigned char[]> mayor(new unsigned char[nueva]);
+            memoria_t mayor = reservaMemoria(nueva);
             if (usado > 0)
             {
                 std::memcpy(mayor.get(), memoria.get(), usado);
@@ -209,6 +209,13 @@ void SerializadorBinarioEscritura::escribePunto3(const Punto3<double>& p)
 {
     const double d[3] = {p.x, p.y, p.z};
     anade(d, sizeof d);
+}
+
+void SerializadorBinarioEscritura::escribePuntos(const Punto3<double>* puntos, size_t n)
+{
+    // A point is its three doubles in a row, exactly as escribePunto3 puts them.
+    static_assert(sizeof(Punto3<double>) == 3 * sizeof(double));
+    anade(puntos, n * sizeof(Punto3<double>));
 }
 
 void SerializadorBinarioEscritura::escribeVector2(const Vector2D<double>& v)

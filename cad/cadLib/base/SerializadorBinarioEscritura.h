@@ -73,6 +73,7 @@ public:
     BloqueSerializacion* nuevoBloque16(const char* tag) override;
     BloqueSerializacion* nuevoBloque32(const char* tag) override;
     BloqueSerializacion* nuevoBloque64(const char* tag) override;
+    void escribePuntos(const Punto3<double>* puntos, size_t n) override;
 
     bool abierto() const;
     // Bytes written so far, from the start of the file.
@@ -93,7 +94,7 @@ public:
 
 private:
     // Sends the memory to the file once it has grown this much.
-    static constexpr size_t kVolcado = size_t{8} << 20;
+    static constexpr size_t kVolcado = size_t{1} << 20;
 
     // The common case inline: an open writer with room in memory.
     void anade(const void* datos, size_t n)
@@ -110,7 +111,7 @@ private:
     void vuelca();
 
     std::unique_ptr<FicheroAtomico> fichero;
-    std::unique_ptr<unsigned char[]> memoria;
+    memoria_t memoria;
     size_t usado = 0;
     size_t capacidad = 0;
     // File offset of memoria[0]: what stands before it is on the file already.

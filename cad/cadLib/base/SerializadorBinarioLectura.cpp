@@ -109,12 +109,12 @@ SerializadorBinarioLectura::SerializadorBinarioLectura(std::FILE* flujo)
         return;
     }
     size_t capacidad = size_t{1} << 16;
-    propios.reset(new unsigned char[capacidad]);
+    propios = reservaMemoria(capacidad);
     for (;;)
     {
         if (tamano_ == capacidad)
         {
-            std::unique_ptr<unsigned char[]> mayor(new unsigned char[capacidad * 2]);
+            memoria_t mayor = reservaMemoria(capacidad * 2);
             std::memcpy(mayor.get(), propios.get(), tamano_);
             propios = std::move(mayor);
             capacidad *= 2;
@@ -233,6 +233,19 @@ bool SerializadorBinarioLectura::leeVectorPuntos(std::vector<Punto3<double>>& v)
         }
         v.push_back(p);
     }
+    return true;
+}
+
+bool SerializadorBinarioLectura::leePuntos(Punto3<double>* puntos, size_t n)
+{
+    static_assert(sizeof(Punto3<double>) == 3 * sizeof(double));
+    const size_t bytes = n * sizeof(Punto3<double>);
+    if (datos_ == nullptr || tamano_ - actual < bytes)
+    {
+        return SerializadorLecturaBase::leePuntos(puntos, n);
+    }
+    std::memcpy(static_cast<void*>(puntos), datos_ + actual, bytes);
+    actual += bytes;
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "base/FicheroAtomico.h"
 #include "base/SerializadorLecturaBase.h"
 
 namespace cad
@@ -80,6 +81,7 @@ public:
     BloqueSerializacion* leeBloque32() override;
     BloqueSerializacion* leeBloque64() override;
     uint64_t bytesDisponibles() override;
+    bool leePuntos(Punto3<double>* puntos, size_t n) override;
     int64_t posicion() override { return static_cast<int64_t>(actual); }
     // A position beyond the end stands at the end.
     bool situa(int64_t pos) override;
@@ -98,7 +100,7 @@ private:
     template <typename T>
     bool leeValor(T& v);
 
-    std::unique_ptr<unsigned char[]> propios;
+    memoria_t propios;
     const unsigned char* datos_ = nullptr;
     size_t tamano_ = 0;
     size_t actual = 0;

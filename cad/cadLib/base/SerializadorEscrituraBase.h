@@ -49,6 +49,16 @@ public:
     virtual BloqueSerializacion* nuevoBloque16(const char* tag) = 0;
     virtual BloqueSerializacion* nuevoBloque32(const char* tag) = 0;
     virtual BloqueSerializacion* nuevoBloque64(const char* tag) = 0;
+
+    // `n` points as escribePunto3 writes each, one after another: a writer may take them in
+    // one piece, which a vertex list of thousands wants.
+    virtual void escribePuntos(const Punto3<double>* puntos, size_t n)
+    {
+        for (size_t i = 0; i < n; ++i)
+        {
+            escribePunto3(puntos[i]);
+        }
+    }
 };
 
 }  // namespace cad

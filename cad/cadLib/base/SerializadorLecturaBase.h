@@ -59,6 +59,19 @@ public:
     // Where the reader stands, in bytes from the source's start, and a move to another place:
     // the entity list uses them to resume at the next block after a damaged one. A source
     // that cannot tell answers -1 and false.
+    // `n` points as leePunto3 reads each, into `puntos`; false, with what came, when the
+    // source ends first. A reader may take them in one piece.
+    virtual bool leePuntos(Punto3<double>* puntos, size_t n)
+    {
+        for (size_t i = 0; i < n; ++i)
+        {
+            if (!leePunto3(puntos[i]))
+            {
+                return false;
+            }
+        }
+        return true;
+    }
     virtual int64_t posicion() { return -1; }
     virtual bool situa(int64_t pos)
     {

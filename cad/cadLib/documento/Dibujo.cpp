@@ -1407,9 +1407,10 @@ bool Dibujo::lee(SerializadorLecturaBase& r)
     }
     ataReferencias();
     extension = Rect3<double>();
-    for (const Entidad* e : entidades)
+    for (size_t i = 0; i < entidades.size(); ++i)
     {
-        uneCaja(extension, e->extension());
+        entidades.anticipa(i);
+        uneCaja(extension, entidades[i]->extension());
     }
     variables.creaDefectos();
     if (!variables.lee(r) || !vistas.lee(r))
@@ -1543,9 +1544,19 @@ void Dibujo::ataReferencias()
 {
     const auto deCapas = indicePorId(capas);
     const auto deEstilos = indicePorId(estilosTexto);
-    for (Entidad* e : entidades)
+    // Neighbours mostly share their layer: the last answer is kept.
+    uint64_t ultimoId = 0;
+    ObjetoCAD* ultimaCapa = buscaPorId(deCapas, 0);
+    for (size_t i = 0; i < entidades.size(); ++i)
     {
-        e->capa.objeto = buscaPorId(deCapas, e->capa.id);
+        entidades.anticipa(i);
+        Entidad* e = entidades[i];
+        if (e->capa.id != ultimoId)
+        {
+            ultimoId = e->capa.id;
+            ultimaCapa = buscaPorId(deCapas, ultimoId);
+        }
+        e->capa.objeto = ultimaCapa;
         ReferenciaEstiloTexto* estilo = nullptr;
         if (std::strcmp(e->etiqueta(), "Tx1") == 0)
         {

@@ -119,8 +119,10 @@ void ListaEntidades::escribe(SerializadorEscrituraBase& w)
     // The binary writer's blocks are made on the stack: a million entities need no million
     // allocations. The bytes are the same.
     auto* binario = dynamic_cast<SerializadorBinarioEscritura*>(&w);
-    for (Entidad* e : *this)
+    for (size_t i = 0; i < size(); ++i)
     {
+        anticipa(i);
+        Entidad* e = (*this)[i];
         const int ancho = e->tamanoBloque();
         if (ancho == kBloqueCrudo)
         {
@@ -172,19 +174,14 @@ struct marco_t
     }
 };
 
-marco_t marcoDe(const BloqueSerializacion& b, int64_t inicio, int64_t posicion)
+marco_t marcoDe(const BloqueSerializacionBL& bl, int64_t inicio, int64_t posicion)
 {
     marco_t m;
     m.inicio = inicio;
-    b.tipo(m.tag);
-    const auto* bl = dynamic_cast<const BloqueSerializacionBL*>(&b);
-    if (bl == nullptr)
-    {
-        return m;
-    }
-    m.anchura = bl->tipoBloque == kBloque16 ? 2 : (bl->tipoBloque == kBloque32 ? 4 : 8);
-    m.longitud = bl->longitud;
-    m.posicionLongitud = bl->posicionLongitud;
+    bl.tipo(m.tag);
+    m.anchura = bl.tipoBloque == kBloque16 ? 2 : (bl.tipoBloque == kBloque32 ? 4 : 8);
+    m.longitud = bl.longitud;
+    m.posicionLongitud = bl.posicionLongitud;
     const size_t n = std::strlen(m.tag);
     bool imprimible = n > 0;
     for (size_t i = 0; i < n; ++i)
@@ -197,8 +194,10 @@ marco_t marcoDe(const BloqueSerializacion& b, int64_t inicio, int64_t posicion)
     return m;
 }
 
-// Reads the frame of the block that starts where the reader stands; the binary reader's block
-// is made on the stack, as a million entities need no million allocations.
+// Reads the frame of the block that starts where the reader stands. The list reads files
+// through the binary reader, whose blocks tell their frame; its block is made on the stack,
+// as a million entities need no million allocations. Another reader's blocks read as
+// damaged.
 marco_t leeMarco(SerializadorLecturaBase& r, SerializadorBinarioLectura* binario)
 {
     const int64_t inicio = r.posicion();
@@ -208,7 +207,8 @@ marco_t leeMarco(SerializadorLecturaBase& r, SerializadorBinarioLectura* binario
         return marcoDe(bloque, inicio, r.posicion());
     }
     const std::unique_ptr<BloqueSerializacion> bloque(r.leeBloque());
-    return marcoDe(*bloque, inicio, r.posicion());
+    const auto* bl = dynamic_cast<const BloqueSerializacionBL*>(bloque.get());
+    return bl != nullptr ? marcoDe(*bl, inicio, r.posicion()) : marco_t{};
 }
 
 // How a body read agreed with its block's length.

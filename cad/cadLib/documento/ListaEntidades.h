@@ -37,6 +37,20 @@ public:
     void extension(Rect3<double>& caja) const;
     // Deletes every entity and empties the list; counts one more generation.
     void vacia();
+    // Entities lie scattered over the heap, and a pass over a million of them spends most of
+    // its time waiting for each one's memory: a pass at entity i asks for the memory of the
+    // one a few places ahead.
+    void anticipa(size_t i) const
+    {
+        constexpr size_t kAdelanto = 4;
+        if (i + kAdelanto < size())
+        {
+            const auto* p = reinterpret_cast<const char*>((*this)[i + kAdelanto]);
+            __builtin_prefetch(p);
+            __builtin_prefetch(p + 64);
+            __builtin_prefetch(p + 128);
+        }
+    }
 
     // Grows each time the list's contents are thrown away, so that holders of entity
     // pointers (undo steps) can tell that their pointers belong to former contents.

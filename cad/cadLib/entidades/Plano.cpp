@@ -387,10 +387,7 @@ void Plano::escribe(SerializadorEscrituraBase& w)
     w.escribeDoble(d);
     w.escribePunto3(referencia);
     w.escribeEnteroSinSigno(static_cast<uint32_t>(contorno.vertices.size()));
-    for (const auto& p : contorno.vertices)
-    {
-        w.escribePunto3(p);
-    }
+    w.escribePuntos(contorno.vertices.data(), contorno.vertices.size());
 }
 
 bool Plano::lee(SerializadorLecturaBase& r)

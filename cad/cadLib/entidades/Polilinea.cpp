@@ -45,10 +45,7 @@ void asigna(Polilinea3D<double>& c, int n, const Punto3<double>* puntos)
 void escribe(const Polilinea3D<double>& c, SerializadorEscrituraBase& w)
 {
     w.escribeEnteroSinSigno(static_cast<uint32_t>(c.vertices.size()));
-    for (const auto& v : c.vertices)
-    {
-        w.escribePunto3(v);
-    }
+    w.escribePuntos(c.vertices.data(), c.vertices.size());
 }
 
 bool lee(Polilinea3D<double>& c, SerializadorLecturaBase& r)
@@ -65,16 +62,11 @@ bool lee(Polilinea3D<double>& c, SerializadorLecturaBase& r)
     {
         return false;
     }
-    c.vertices.reserve(n);
-    for (uint32_t i = 0; i < n; ++i)
+    c.vertices.resize(n);
+    if (!r.leePuntos(c.vertices.data(), n))
     {
-        Punto3<double> v;
-        if (!r.leePunto3(v))
-        {
-            c.vertices.clear();
-            return false;
-        }
-        c.vertices.push_back(v);
+        c.vertices.clear();
+        return false;
     }
     return true;
 }
