@@ -210,6 +210,7 @@ if(NOT r EQUAL 0)
     message(FATAL_ERROR "tarvelo info on a damaged file failed: ${r}\n${salida}")
 endif()
 compruebaLineas("${salida}" "Entidades (5):
+  Dañada, sin leer: 1
 Aviso: salida/danado.cad está dañado: 1 entidad no se pudo leer y se conserva tal como venía" "info on a damaged file")
 tarvelo(r salida dxf salida/sin-nombre.cad salida/previo.dxf)
 if(r EQUAL 0 OR NOT salida MATCHES "una capa sin nombre no se puede escribir en un DXF")

@@ -225,7 +225,10 @@ void imprimeInfo(WrapDibujoCAD& dibujo, std::ostream& salida)
     std::map<std::string, int> porTipo;
     for (const cad::Entidad* e : d.entidades)
     {
-        ++porTipo[std::string(cad::nombreTipo(e->etiqueta())) + " (" + e->etiqueta() + ")"];
+        // A damaged block kept as its raw bytes has no kind it can be trusted for.
+        ++porTipo[e->tamanoBloque() == cad::kBloqueCrudo
+                      ? std::string("Dañada, sin leer")
+                      : std::string(cad::nombreTipo(e->etiqueta())) + " (" + e->etiqueta() + ")"];
     }
     salida << "Entidades (" << d.entidades.size() << "):\n";
     for (const auto& [tipo, n] : porTipo)

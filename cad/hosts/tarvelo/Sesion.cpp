@@ -117,7 +117,12 @@ std::string describeEntidad(const cad::Entidad* e)
     std::string texto = dynamic_cast<const cad::Poligono*>(e) != nullptr
                             ? "Poligono"
                             : cad::nombreTipo(e->etiqueta());
-    // The kernel's table of names lacks some kinds (texts among them): the tag says more.
+    // The kernel's table of names lacks some kinds (texts among them): the tag says more. A
+    // damaged block kept raw has no tag to trust.
+    if (e->tamanoBloque() == cad::kBloqueCrudo)
+    {
+        return "Dañada, sin leer";
+    }
     if (texto == "Desconocida")
     {
         texto = e->etiqueta();
