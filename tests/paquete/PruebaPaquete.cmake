@@ -1,5 +1,7 @@
 # Installs the built library into a scratch prefix, builds the command-line host against the
 # installed package with find_package(cadLib), and runs its demo.
+# A full-disk check below mounts a small file system here; one left by a broken run goes first.
+execute_process(COMMAND umount "${TRABAJO}/lleno" OUTPUT_QUIET ERROR_QUIET)
 file(REMOVE_RECURSE "${TRABAJO}")
 execute_process(COMMAND ${CMAKE_COMMAND} --install "${CONSTRUCCION}" --prefix "${TRABAJO}/prefijo"
     RESULT_VARIABLE r OUTPUT_QUIET)
@@ -226,3 +228,39 @@ execute_process(COMMAND "${TRABAJO}/host/tarvelo" sesion salida/sin-nombre.cad
     RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
 compruebaLineas("${s}${e}" "dxf: una capa sin nombre no se puede escribir en un DXF; póngale nombre antes de exportar
 Dibujo guardado en salida/rescatado.cad (5 entidades)" "a session over a layer without a name")
+
+# A session that fills a small disk (root only; otherwise said and skipped): the first save
+# fits, the one after 5,000 more points does not. The save and the DXF say so, the order
+# fails, and the files of the first save stay byte for byte, with nothing beside them.
+file(MAKE_DIRECTORY "${TRABAJO}/lleno")
+execute_process(COMMAND mount -t tmpfs -o size=96k tmpfs "${TRABAJO}/lleno"
+    RESULT_VARIABLE montado OUTPUT_QUIET ERROR_QUIET)
+if(NOT montado EQUAL 0)
+    message("the full-disk session is skipped: mounting a tmpfs needs root")
+else()
+    set(guion "punto\n1,1\n\nguarda lleno/obra.cad\ndxf lleno/obra.dxf\npunto\n")
+    foreach(i RANGE 1 5000)
+        string(APPEND guion "${i},${i},1\n")
+    endforeach()
+    string(APPEND guion "\nguarda lleno/obra.cad\ndxf lleno/obra.dxf\nsal\nsal\n")
+    file(WRITE "${TRABAJO}/lleno.txt" "${guion}")
+    execute_process(COMMAND "${TRABAJO}/host/tarvelo" sesion WORKING_DIRECTORY "${TRABAJO}"
+        INPUT_FILE "${TRABAJO}/lleno.txt" RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+    file(GLOB quedan RELATIVE "${TRABAJO}/lleno" "${TRABAJO}/lleno/*" "${TRABAJO}/lleno/.*")
+    file(READ "${TRABAJO}/lleno/obra.cad" cad HEX)
+    file(READ "${TRABAJO}/lleno/obra.dxf" dxf)
+    execute_process(COMMAND umount "${TRABAJO}/lleno")
+    compruebaLineas("${s}${e}" "Dibujo guardado en lleno/obra.cad (1 entidad)
+DXF escrito en lleno/obra.dxf
+5000 puntos creados
+guarda: no queda espacio en el disco para escribir lleno/obra.cad
+dxf: no queda espacio en el disco para escribir lleno/obra.dxf" "the session on a full disk")
+    list(SORT quedan)
+    if(NOT quedan STREQUAL "obra.cad;obra.dxf")
+        message(FATAL_ERROR "a failed save left files behind: ${quedan}")
+    endif()
+    string(LENGTH "${cad}" largo)
+    if(largo GREATER 4000 OR NOT dxf MATCHES "POINT\n  8\n0\n 10\n1.0000\n 20\n1.0000\n 30\n0.0000\n  0\nENDSEC")
+        message(FATAL_ERROR "the first save's files did not stay as they were")
+    endif()
+endif()
