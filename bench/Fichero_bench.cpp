@@ -4,13 +4,13 @@
 // without it shows what the page cache alone takes. Loads read a file the save wrote.
 //
 // Files go to $TARVELO_BENCH_CARPETA, or to ./bench-ficheros; they are removed at the end.
-#include <benchmark/benchmark.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
+
+#include <benchmark/benchmark.h>
 
 #include "base/FicheroAtomico.h"
 #include "base/SerializadorBinarioLectura.h"
@@ -26,9 +26,9 @@ namespace fs = std::filesystem;
 
 enum caso_e
 {
-    kPuntos,      // 1,000,000 points
-    kLineas,      // 1,000,000 lines
-    kPolilineas   // 10,000 polylines of 1,000 vertices
+    kPuntos,     // 1,000,000 points
+    kLineas,     // 1,000,000 lines
+    kPolilineas  // 10,000 polylines of 1,000 vertices
 };
 
 const char* nombreCaso(int caso)
@@ -61,9 +61,11 @@ cad::Dibujo& dibujo(int caso)
     {
         for (int i = 0; i < 1000000; ++i)
         {
-            const cad::Punto3<double> p(431000.0 + i * 0.013, 4581000.0 + i * 0.007, 600.0 + i * 1e-5);
-            d->nuevaEntidad(caso == kPuntos ? static_cast<cad::Entidad*>(new cad::Punto(p.x, p.y, p.z))
-                                            : new cad::Linea(p, p + cad::Vector3D<double>(1, 2, 0.5)));
+            const cad::Punto3<double> p(431000.0 + i * 0.013, 4581000.0 + i * 0.007,
+                                        600.0 + i * 1e-5);
+            d->nuevaEntidad(caso == kPuntos
+                                ? static_cast<cad::Entidad*>(new cad::Punto(p.x, p.y, p.z))
+                                : new cad::Linea(p, p + cad::Vector3D<double>(1, 2, 0.5)));
         }
     }
     else
@@ -73,7 +75,8 @@ cad::Dibujo& dibujo(int caso)
         {
             for (int k = 0; k < 1000; ++k)
             {
-                v[k] = cad::Punto3<double>(431000.0 + i * 3.1 + k * 0.5, 4581000.0 + k * 0.25, 600.0 + k * 0.01);
+                v[k] = cad::Punto3<double>(431000.0 + i * 3.1 + k * 0.5, 4581000.0 + k * 0.25,
+                                           600.0 + k * 0.01);
             }
             d->nuevaEntidad(new cad::Polilinea(1000, v.data()));
         }

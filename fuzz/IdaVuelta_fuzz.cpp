@@ -44,7 +44,10 @@ void ponNum(Bytes& b, size_t pos, uint64_t v, size_t n)
 }
 
 // The size of the variable block at `pos`: a 3-character tag and a u16 length.
-size_t tamanoVariable(const Bytes& b, size_t pos) { return 4 + num(b, pos + 4, 2); }
+size_t tamanoVariable(const Bytes& b, size_t pos)
+{
+    return 4 + num(b, pos + 4, 2);
+}
 
 Bytes guarda(cad::Dibujo& d)
 {

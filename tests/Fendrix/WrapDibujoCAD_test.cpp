@@ -533,7 +533,8 @@ TEST(WrapDibujoCADEntradas, cadenaDeLongitudMaximaVuelveDelFichero)
         EXPECT_TRUE(r.nombreVista(0) == largo);
         EXPECT_TRUE(r.nombreSistemaLocal(0) == largo);
         EXPECT_EQ(r.mDibujo->entidades.size(), 2U);
-        EXPECT_TRUE(r.mDibujo->materialId(2) != nullptr && r.mDibujo->materialId(2)->textura() == largo);
+        EXPECT_TRUE(r.mDibujo->materialId(2) != nullptr &&
+                    r.mDibujo->materialId(2)->textura() == largo);
     }
 
     const std::string texto(cad::kLongitudMaximaCadena, 't');

@@ -3,8 +3,8 @@
 #include "base/FicheroAtomico.h"
 
 #include <cerrno>
-#include <csignal>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <future>
@@ -30,7 +30,10 @@ using cad::prueba::leeFichero;
 using cad::prueba::restosTemporales;
 using cad::prueba::rutaTemporal;
 
-std::vector<uint8_t> bytes(const std::string& s) { return {s.begin(), s.end()}; }
+std::vector<uint8_t> bytes(const std::string& s)
+{
+    return {s.begin(), s.end()};
+}
 
 bool escribe(const std::string& ruta, const std::string& texto, std::string* mensaje = nullptr)
 {
@@ -117,7 +120,8 @@ TEST(FicheroAtomico, unFalloDejaElFicheroAnteriorYDiceElMotivo)
         ::setrlimit(RLIMIT_FSIZE, &limite);
         std::string motivo;
         const bool ok = escribe(ruta, std::string(4096, 'n'), &motivo);
-        const bool dice = motivo == "el fichero " + ruta + " supera el tamaño que admite el sistema";
+        const bool dice =
+            motivo == "el fichero " + ruta + " supera el tamaño que admite el sistema";
         std::_Exit(!ok && dice ? 0 : 1);
     }
     int estado = 0;

@@ -1,5 +1,7 @@
 // The drawing: new document, entities, layers, materials, styles, variables, views, state
 // variables, the document file and the paint loop.
+#include "documento/Dibujo.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <future>
@@ -12,7 +14,6 @@
 
 #include "base/Configuracion.h"
 #include "base/LongitudCadena.h"
-#include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
 #include "soporte/EntidadPrueba.h"

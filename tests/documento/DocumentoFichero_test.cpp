@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <filesystem>
-#include <random>
-#include <thread>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
+#include <random>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -509,7 +509,8 @@ TEST(DocumentoFichero, procesoMatadoDuranteElGuardadoDejaElFicheroAnterior)
     pequeno.nuevoDocumento();
     ASSERT_NE(pequeno.nuevoPunto(1, 2, 3), 0);
     std::string mensaje;
-    ASSERT_TRUE(pequeno.guardaComprobado(cad, mensaje) && pequeno.exportaDXFComprobado(dxf, mensaje));
+    ASSERT_TRUE(pequeno.guardaComprobado(cad, mensaje) &&
+                pequeno.exportaDXFComprobado(dxf, mensaje));
     const Bytes viejoCad = cad::prueba::leeFichero(cad);
     const Bytes viejoDxf = cad::prueba::leeFichero(dxf);
 

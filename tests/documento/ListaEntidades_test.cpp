@@ -352,7 +352,10 @@ Bytes dibujoPequeno()
 }
 
 // The entity blocks of a saved drawing in `b`, whose list holds only sound blocks.
-std::vector<Bloque> bloques(const Bytes& b) { return bloquesEntidad(b); }
+std::vector<Bloque> bloques(const Bytes& b)
+{
+    return bloquesEntidad(b);
+}
 
 // A load of `b` that keeps going: the entities' descriptions, raw ones as "cruda".
 std::vector<std::string> describe(const Dibujo& d)
@@ -405,12 +408,14 @@ TEST(ListaEntidadesDanos, bloqueDanadoSeConservaEnteroYSusVecinasSeLeen)
         esperado[c.danada] = "cruda";
         EXPECT_EQ(describe(d), esperado);
         const Bytes otra = guarda(d);
-        EXPECT_EQ(trozo(otra, seccion(otra, "Entid.1")), trozo(c.bytes, seccion(c.bytes, "Entid.1")));
+        EXPECT_EQ(trozo(otra, seccion(otra, "Entid.1")),
+                  trozo(c.bytes, seccion(c.bytes, "Entid.1")));
         Dibujo releido;
         ASSERT_TRUE(carga(releido, otra));
         EXPECT_EQ(describe(releido), esperado);
         const Bytes tercera = guarda(releido);
-        EXPECT_EQ(trozo(tercera, seccion(tercera, "Entid.1")), trozo(otra, seccion(otra, "Entid.1")));
+        EXPECT_EQ(trozo(tercera, seccion(tercera, "Entid.1")),
+                  trozo(otra, seccion(otra, "Entid.1")));
     }
 }
 

@@ -22,12 +22,13 @@ TEST(LineaComandosLectura, coordenadasPorCamposSeparadosSoloPorComas)
         bool valida;
         Punto3<double> p;
     } casos[] = {
-        {"10,20", true, {10, 20, 0}}, {"1,2,3", true, {1, 2, 3}}, {"a,b", true, {0, 0, 0}},
-        {"4,5,6,7", true, {4, 5, 6}}, {"1, 2", true, {1, 2, 0}},  {"5", false, {5, 9, 9}},
-        {",", false, {9, 9, 9}},      {",7", false, {7, 9, 9}},   {"7 8", false, {7, 9, 9}},
-        {"nan,0", false, {9, 9, 9}},  {"1e999,0", false, {9, 9, 9}},
-        {"1,2,-inf", false, {9, 9, 9}}, {"inf", false, {9, 9, 9}},
-        {"1,2,3,nan", true, {1, 2, 3}},
+        {"10,20", true, {10, 20, 0}},  {"1,2,3", true, {1, 2, 3}},
+        {"a,b", true, {0, 0, 0}},      {"4,5,6,7", true, {4, 5, 6}},
+        {"1, 2", true, {1, 2, 0}},     {"5", false, {5, 9, 9}},
+        {",", false, {9, 9, 9}},       {",7", false, {7, 9, 9}},
+        {"7 8", false, {7, 9, 9}},     {"nan,0", false, {9, 9, 9}},
+        {"1e999,0", false, {9, 9, 9}}, {"1,2,-inf", false, {9, 9, 9}},
+        {"inf", false, {9, 9, 9}},     {"1,2,3,nan", true, {1, 2, 3}},
     };
     for (const auto& c : casos)
     {
@@ -66,9 +67,9 @@ TEST(LineaComandosLectura, elValorDebeOcuparLaLineaEnteraYNoSePruebaConCoordenad
         bool valido;
         double valor;
     } casos[] = {
-        {"12", true, 12.0}, {"-2.5e1", true, -25.0}, {"12abc", false, 12.0},
-        {",", false, 0.0},  {"7 8", false, 7.0},     {"1,2", false, -1.0},
-        {"nan", false, -1.0}, {"-inf", false, -1.0}, {"1e999", false, -1.0},
+        {"12", true, 12.0},   {"-2.5e1", true, -25.0}, {"12abc", false, 12.0},
+        {",", false, 0.0},    {"7 8", false, 7.0},     {"1,2", false, -1.0},
+        {"nan", false, -1.0}, {"-inf", false, -1.0},   {"1e999", false, -1.0},
     };
     for (const auto& c : casos)
     {

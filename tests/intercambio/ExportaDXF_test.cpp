@@ -25,8 +25,8 @@
 namespace
 {
 
-using cad::ExportaDXF;
 using cad::Excepcion;
+using cad::ExportaDXF;
 using cad::Punto3;
 using cad::prueba::existeFichero;
 using cad::prueba::restosTemporales;
@@ -638,8 +638,9 @@ TEST(ExportaDXFDibujo, comprobadaDiceElMotivoYNoTocaNadaMas)
         ASSERT_TRUE(sinNombre.nuevaCapa("", true));
         ASSERT_NE(sinNombre.nuevoPunto(1, 2, 3), 0);
         EXPECT_FALSE(sinNombre.exportaDXFComprobado(ruta, mensaje));
-        EXPECT_EQ(mensaje, "una capa sin nombre no se puede escribir en un DXF; póngale nombre "
-                           "antes de exportar");
+        EXPECT_EQ(mensaje,
+                  "una capa sin nombre no se puede escribir en un DXF; póngale nombre "
+                  "antes de exportar");
         EXPECT_THROW(sinNombre.exportaDXF(ruta), Excepcion);
     }
     {
@@ -648,7 +649,8 @@ TEST(ExportaDXFDibujo, comprobadaDiceElMotivoYNoTocaNadaMas)
         ASSERT_TRUE(noFinito.insertaEntidad(
             new cad::Punto(std::numeric_limits<double>::quiet_NaN(), 0, 0)));
         EXPECT_FALSE(noFinito.exportaDXFComprobado(ruta, mensaje));
-        EXPECT_EQ(mensaje, "1 valor no finito (nan o inf) en las coordenadas: el DXF no se escribe");
+        EXPECT_EQ(mensaje,
+                  "1 valor no finito (nan o inf) en las coordenadas: el DXF no se escribe");
         EXPECT_FALSE(noFinito.exportaDXFComprobado("/dev/full", mensaje));
         EXPECT_EQ(mensaje, "/dev/full no es un fichero regular");
     }

@@ -595,47 +595,47 @@ bool WrapDibujoCAD::leeComprobado(const std::string& fichero, std::string& mensa
 
 bool WrapDibujoCAD::exportaDXFComprobado(const std::string& fichero, std::string& mensaje)
 {
-    return comprobado(
-        fichero, mensaje,
-        [&]
+    return comprobado(fichero, mensaje, [&] { return intentaExportarDXF(fichero, mensaje); });
+}
+
+bool WrapDibujoCAD::intentaExportarDXF(const std::string& fichero, std::string& mensaje)
+{
+    if (mDibujo == nullptr)
+    {
+        mensaje = "no hay dibujo";
+        return false;
+    }
+    // A layer the DXF cannot name: its entities would have no layer line.
+    for (const cad::Capa* c : mDibujo->capas)
+    {
+        if (c->nombre.empty())
         {
-            if (mDibujo == nullptr)
-            {
-                mensaje = "no hay dibujo";
-                return false;
-            }
-            // A layer the DXF cannot name: its entities would have no layer line.
-            for (const cad::Capa* c : mDibujo->capas)
-            {
-                if (c->nombre.empty())
-                {
-                    mensaje = "una capa sin nombre no se puede escribir en un DXF; "
-                              "póngale nombre antes de exportar";
-                    return false;
-                }
-            }
-            cad::ExportaDXF dxf(fichero);
-            if (!dxf.abierto())
-            {
-                mensaje = dxf.mensaje();
-                dxf.descarta();
-                return false;
-            }
-            try
-            {
-                escribeDXF(dxf);
-            }
-            catch (const cad::Excepcion&)
-            {
-                mensaje = std::string("el DXF no se pudo escribir: ") +
-                          (dxf.diagnostico != nullptr ? dxf.diagnostico : "uso indebido del escritor");
-                dxf.descarta();
-                return false;
-            }
-            const bool ok = dxf.termina();
-            mensaje = dxf.mensaje();
-            return ok;
-        });
+            mensaje = "una capa sin nombre no se puede escribir en un DXF; "
+                      "póngale nombre antes de exportar";
+            return false;
+        }
+    }
+    cad::ExportaDXF dxf(fichero);
+    if (!dxf.abierto())
+    {
+        mensaje = dxf.mensaje();
+        dxf.descarta();
+        return false;
+    }
+    try
+    {
+        escribeDXF(dxf);
+    }
+    catch (const cad::Excepcion&)
+    {
+        mensaje = std::string("el DXF no se pudo escribir: ") +
+                  (dxf.diagnostico != nullptr ? dxf.diagnostico : "uso indebido del escritor");
+        dxf.descarta();
+        return false;
+    }
+    const bool ok = dxf.termina();
+    mensaje = dxf.mensaje();
+    return ok;
 }
 
 // ---------------------------------------------------------------------------------------

@@ -260,8 +260,7 @@ public:
     // fails leaves the drawing as it was. A load that succeeds on a damaged file says so in
     // `mensaje` and counts the entities it kept unread in `entidadesDanadas`.
     bool guardaComprobado(const std::string& fichero, std::string& mensaje);
-    bool leeComprobado(const std::string& fichero, std::string& mensaje,
-                       int64_t& entidadesDanadas);
+    bool leeComprobado(const std::string& fichero, std::string& mensaje, int64_t& entidadesDanadas);
     bool exportaDXFComprobado(const std::string& fichero, std::string& mensaje);
 
     // --- editor state ---------------------------------------------------------------
@@ -517,6 +516,8 @@ private:
     bool camara(int cual, double& x, double& y, double& z);
     // The three steps of an export, in their order, through `dxf`.
     void escribeDXF(cad::ExportaDXF& dxf);
+    // exportaDXFComprobado but for the failures of the path and of memory.
+    bool intentaExportarDXF(const std::string& fichero, std::string& mensaje);
 };
 
 }  // namespace Fendrix

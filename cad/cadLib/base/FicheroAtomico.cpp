@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include <fcntl.h>
@@ -130,7 +130,10 @@ std::atomic<unsigned> contadorTemporales{0};
 
 }  // namespace
 
-void liberaMemoria_t::operator()(unsigned char* p) const { std::free(p); }
+void liberaMemoria_t::operator()(unsigned char* p) const
+{
+    std::free(p);
+}
 
 memoria_t reservaMemoria(size_t n)
 {
@@ -138,7 +141,8 @@ memoria_t reservaMemoria(size_t n)
     void* p = nullptr;
     if (n >= 2 * kPaginaGrande)
     {
-        p = std::aligned_alloc(kPaginaGrande, (n + kPaginaGrande - 1) / kPaginaGrande * kPaginaGrande);
+        p = std::aligned_alloc(kPaginaGrande,
+                               (n + kPaginaGrande - 1) / kPaginaGrande * kPaginaGrande);
         if (p != nullptr)
         {
             ::madvise(p, n, MADV_HUGEPAGE);
@@ -166,7 +170,8 @@ std::string mensajeErrorFichero(int codigo, const std::string& ruta, bool escrit
             return "el fichero " + ruta + " supera el tamaño que admite el sistema";
         case EACCES:
         case EPERM:
-            return escritura ? "sin permiso para escribir " + ruta : "sin permiso para leer " + ruta;
+            return escritura ? "sin permiso para escribir " + ruta
+                             : "sin permiso para leer " + ruta;
         case EROFS:
             return "el disco de " + ruta + " es de solo lectura";
         case ENOENT:
@@ -228,8 +233,8 @@ FicheroAtomico::FicheroAtomico(const std::string& ruta) : destino(ruta)
                                          std::to_string(n) + ".tmp"))
                        .string();
         // 0666 as any new file: the process's umask decides, as it would for the target.
-        descriptor = ::open(temporal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                            0666);
+        descriptor =
+            ::open(temporal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
         if (descriptor >= 0 || errno != EEXIST)
         {
             break;
@@ -389,10 +394,10 @@ std::FILE* ficheroAnonimo(const std::string& ruta, int& error)
         // A file system without unnamed files: a fresh name, removed as soon as it is open.
         for (int intento = 0; intento < kIntentosNombre && fd < 0; ++intento)
         {
-            const std::string nombre = (fs::path(carpeta) /
-                                        (".tarvelo." + std::to_string(::getpid()) + "-" +
-                                         std::to_string(contadorTemporales.fetch_add(1)) + ".tmp"))
-                                           .string();
+            const std::string nombre =
+                (fs::path(carpeta) / (".tarvelo." + std::to_string(::getpid()) + "-" +
+                                      std::to_string(contadorTemporales.fetch_add(1)) + ".tmp"))
+                    .string();
             fd = ::open(nombre.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
             if (fd >= 0)
             {

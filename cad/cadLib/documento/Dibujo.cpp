@@ -1461,7 +1461,8 @@ bool Dibujo::leeFichero(const std::string& ruta, resultadoFichero_t& resultado)
     if (cabeza != std::string(magia.c_str(), magia.size() + 1))
     {
         // The magic's last characters are the version: one version is read.
-        const bool otraVersion = cabeza.compare(0, magia.size() - 2, magia, 0, magia.size() - 2) == 0;
+        const bool otraVersion =
+            cabeza.compare(0, magia.size() - 2, magia, 0, magia.size() - 2) == 0;
         resultado.mensaje = otraVersion ? ruta + " es de otra versión del formato de dibujo"
                                         : ruta + " no es un dibujo de Tarvelo";
         return false;
@@ -1490,10 +1491,10 @@ bool Dibujo::leeFichero(const std::string& ruta, resultadoFichero_t& resultado)
     resultado.entidadesDanadas = entidades.danadas;
     if (entidades.danadas > 0)
     {
-        resultado.mensaje =
-            ruta + " está dañado: " + std::to_string(entidades.danadas) +
-            (entidades.danadas == 1 ? " entidad no se pudo leer y se conserva tal como venía"
-                                    : " entidades no se pudieron leer y se conservan tal como venían");
+        resultado.mensaje = ruta + " está dañado: " + std::to_string(entidades.danadas) +
+                            (entidades.danadas == 1
+                                 ? " entidad no se pudo leer y se conserva tal como venía"
+                                 : " entidades no se pudieron leer y se conservan tal como venían");
     }
     return true;
 }
@@ -1511,7 +1512,8 @@ void Dibujo::reparaActuales()
         estilosTexto.end())
     {
         EstiloTexto* e = buscaEstiloTexto("standar");
-        estiloTextoActual_ = e != nullptr ? e : (estilosTexto.empty() ? nullptr : estilosTexto.front());
+        estiloTextoActual_ =
+            e != nullptr ? e : (estilosTexto.empty() ? nullptr : estilosTexto.front());
     }
 }
 

@@ -131,9 +131,9 @@ void ListaEntidades::escribe(SerializadorEscrituraBase& w)
         }
         if (binario != nullptr)
         {
-            const BloqueSerializacionBE propio(*binario, e->etiqueta(),
-                                               ancho == kBloque16 || ancho == kBloque32 ? ancho
-                                                                                        : kBloque64);
+            const BloqueSerializacionBE propio(
+                *binario, e->etiqueta(),
+                ancho == kBloque16 || ancho == kBloque32 ? ancho : kBloque64);
             e->escribe(w);
             e->escribeDatosDesconocidos(w);
             continue;
@@ -152,10 +152,10 @@ namespace
 struct marco_t
 {
     char tag[20] = {};
-    int64_t inicio = 0;          // the tag's first byte
+    int64_t inicio = 0;  // the tag's first byte
     int64_t posicionLongitud = 0;
-    int anchura = 0;             // bytes of the length field
-    uint64_t longitud = 0;       // as stored: from the length field's first byte
+    int anchura = 0;        // bytes of the length field
+    uint64_t longitud = 0;  // as stored: from the length field's first byte
     // The tag stands as a writer puts it: printable, its terminator closing a field of
     // strlen + 1 bytes, so that written back it reads back the same.
     bool legible = false;
@@ -214,9 +214,9 @@ marco_t leeMarco(SerializadorLecturaBase& r, SerializadorBinarioLectura* binario
 // How a body read agreed with its block's length.
 enum lectura_e
 {
-    kFalla,    // it did not read, or it ran past the length
-    kExacta,   // it ended where the length says (or whole turns of a u16/u32 field beyond)
-    kConCola   // it ended before: what is left is a newer version's tail
+    kFalla,   // it did not read, or it ran past the length
+    kExacta,  // it ended where the length says (or whole turns of a u16/u32 field beyond)
+    kConCola  // it ended before: what is left is a newer version's tail
 };
 
 // Reads `e`'s body from the block's start on, and says how its end agrees with the stored
@@ -263,8 +263,7 @@ Entidad* polilineaDePoligono(const Poligono& p)
 
 // The entity of a block whose frame is `m`, when its body reads as its kind and agrees with
 // the block's length; null otherwise. The reader stands at the block's end after a success.
-std::unique_ptr<Entidad> intentaLeer(SerializadorLecturaBase& r, const marco_t& m,
-                                     int64_t limite)
+std::unique_ptr<Entidad> intentaLeer(SerializadorLecturaBase& r, const marco_t& m, int64_t limite)
 {
     if (!m.legible)
     {
@@ -374,13 +373,11 @@ bool ListaEntidades::lee(SerializadorLecturaBase& r)
     // The list ends where its length says, or at the file's end if that comes first.
     const int64_t inicio = r.posicion();
     const uint64_t disponibles = r.bytesDisponibles();
-    const int64_t limite =
-        inicio + static_cast<int64_t>(std::min(bloque->restante(), disponibles));
+    const int64_t limite = inicio + static_cast<int64_t>(std::min(bloque->restante(), disponibles));
     // The count comes from the file: the loop also ends at the list's end, so a lying count
     // cannot spin; in a sound file every entity is read before that.
     auto* binario = dynamic_cast<SerializadorBinarioLectura*>(&r);
-    for (uint64_t i = 0; i < cuenta && static_cast<int64_t>(cuenta) > 0 && r.posicion() < limite;
-         ++i)
+    for (uint64_t i = 0; i<cuenta&& static_cast<int64_t>(cuenta)> 0 && r.posicion() < limite; ++i)
     {
         const int64_t desde = r.posicion();
         const marco_t m = leeMarco(r, binario);
@@ -394,7 +391,8 @@ bool ListaEntidades::lee(SerializadorLecturaBase& r)
             r.situa(desde);
             for (size_t hecho = 0; hecho < bytes.size();)
             {
-                const auto n = static_cast<uint32_t>(std::min<size_t>(bytes.size() - hecho, 1u << 30));
+                const auto n =
+                    static_cast<uint32_t>(std::min<size_t>(bytes.size() - hecho, 1u << 30));
                 r.leeBytes(bytes.data() + hecho, n);
                 hecho += n;
             }

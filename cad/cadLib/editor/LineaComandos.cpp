@@ -1,12 +1,12 @@
 #include "editor/LineaComandos.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+
+#include <strings.h>
 
 namespace cad
 {

@@ -164,9 +164,10 @@ bool ExportaDXF::termina()
     if (noFinitos > 0)
     {
         descarta();
-        motivo = std::to_string(noFinitos) +
-                 (noFinitos == 1 ? " valor no finito (nan o inf)" : " valores no finitos (nan o inf)") +
-                 " en las coordenadas: el DXF no se escribe";
+        motivo =
+            std::to_string(noFinitos) +
+            (noFinitos == 1 ? " valor no finito (nan o inf)" : " valores no finitos (nan o inf)") +
+            " en las coordenadas: el DXF no se escribe";
         return false;
     }
 

@@ -10,8 +10,8 @@
 
 #include "Demo.h"
 #include "Fendrix/Fendrix.h"
-#include "base/Excepcion.h"
 #include "Sesion.h"
+#include "base/Excepcion.h"
 
 namespace
 {
