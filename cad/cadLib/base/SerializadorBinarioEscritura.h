@@ -99,6 +99,10 @@ private:
     // The common case inline: an open writer with room in memory.
     void anade(const void* datos, size_t n)
     {
+        if (n == 0)
+        {
+            return;
+        }
         if (activo && capacidad - usado >= n)
         {
             std::memcpy(memoria.get() + usado, datos, n);

@@ -240,6 +240,10 @@ bool SerializadorBinarioLectura::leePuntos(Punto3<double>* puntos, size_t n)
 {
     static_assert(sizeof(Punto3<double>) == 3 * sizeof(double));
     const size_t bytes = n * sizeof(Punto3<double>);
+    if (n == 0)
+    {
+        return true;
+    }
     if (datos_ == nullptr || tamano_ - actual < bytes)
     {
         return SerializadorLecturaBase::leePuntos(puntos, n);

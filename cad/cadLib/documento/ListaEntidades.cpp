@@ -1,6 +1,7 @@
 #include "documento/ListaEntidades.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -89,6 +90,22 @@ const fila_t* filaDe(const char* tag)
     return nullptr;
 }
 
+// Whether a tag of the table begins with `c`: most bytes of a damaged stretch are ruled out
+// by this alone.
+bool iniciaEtiqueta(unsigned char c)
+{
+    static const std::array<bool, 256> kIniciales = []
+    {
+        std::array<bool, 256> t{};
+        for (const fila_t& f : kFabrica)
+        {
+            t[static_cast<unsigned char>(f.tag[0])] = true;
+        }
+        return t;
+    }();
+    return kIniciales[c];
+}
+
 }  // namespace
 
 Entidad* ListaEntidades::creaEntidad(const char* tag)
@@ -164,9 +181,8 @@ struct marco_t
     // The end the stored length gives, or -1 when it falls outside [cuerpo, limite].
     int64_t finDeclarado(int64_t limite) const
     {
-        const auto desde = static_cast<uint64_t>(posicionLongitud);
-        if (longitud < static_cast<uint64_t>(anchura) ||
-            longitud > static_cast<uint64_t>(limite) - desde)
+        if (posicionLongitud + anchura > limite || longitud < static_cast<uint64_t>(anchura) ||
+            longitud > static_cast<uint64_t>(limite - posicionLongitud))
         {
             return -1;
         }
@@ -335,17 +351,27 @@ int64_t siguienteBloque(SerializadorLecturaBase& r, const marco_t& m, int64_t li
     {
         return declarado;
     }
+    // Only where a tag of the table stands, terminator included, is a block worth trying;
+    // the binary reader's bytes are looked at in place, as a damaged stretch may be long.
+    auto* binario = dynamic_cast<SerializadorBinarioLectura*>(&r);
     for (int64_t pos = m.inicio + 1; pos < limite; ++pos)
     {
-        // Only where a tag of the table stands is a block worth trying.
         char cabeza[16] = {};
-        r.situa(pos);
-        if (!r.espia(cabeza, static_cast<uint32_t>(std::min<int64_t>(16, limite - pos))))
+        const auto n = static_cast<size_t>(std::min<int64_t>(15, limite - pos));
+        if (binario != nullptr)
+        {
+            if (!iniciaEtiqueta(binario->datos()[pos]))
+            {
+                continue;
+            }
+            std::memcpy(cabeza, binario->datos() + pos, n);
+        }
+        else if (!r.situa(pos) || !r.espia(cabeza, static_cast<uint32_t>(n)))
         {
             continue;
         }
-        cabeza[15] = '\0';
-        if (filaDe(cabeza) != nullptr && empiezaBloque(r, pos, limite))
+        if (std::memchr(cabeza, '\0', n) != nullptr && filaDe(cabeza) != nullptr &&
+            empiezaBloque(r, pos, limite))
         {
             return pos;
         }
