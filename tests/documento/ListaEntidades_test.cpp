@@ -263,7 +263,8 @@ Bytes bloqueAjeno(const std::string& tag, int ancho, uint64_t idCapa, const Byte
 
 // Blocks of unknown 3-, 7- and 15-character tags spliced into a saved drawing load as unknown
 // entities (layer tied up, tail kept) and are saved again with the same tag, the same length
-// width (u16, u32, u64) and the same bytes: the whole "Entid.1" section is unchanged.
+// width (u16, u32, u64) and the same bytes: the whole "Entid.1" section is unchanged; so is a
+// block whose tag an unknown entity could not write back readably, kept raw.
 TEST(ListaEntidadesFichero, etiquetasDesconocidasSobreviven)
 {
     Dibujo d;
@@ -272,20 +273,25 @@ TEST(ListaEntidadesFichero, etiquetasDesconocidasSobreviven)
     Bytes a = guarda(d);
     const uint64_t idCapa = d.capas[0]->id;
     Bytes extra = bloqueAjeno("Xq1", 2, idCapa, {1, 2, 3, 4, 5});
+    // A 5-character tag reads with a u64 length, which an unknown entity would write back as
+    // u32: it is kept raw, and written back as it came.
     for (const Bytes& otro : {bloqueAjeno("Xq9Xq91", 4, idCapa, {6, 7}),
-                              bloqueAjeno("XqXqXqXqXqXqXq1", 8, idCapa, {8, 9, 10})})
+                              bloqueAjeno("XqXqXqXqXqXqXq1", 8, idCapa, {8, 9, 10}),
+                              bloqueAjeno("Xq5ab", 8, idCapa, {11, 12})})
     {
         extra.insert(extra.end(), otro.begin(), otro.end());
     }
     const Bloque s = seccion(a, "Entid.1");
     a.insert(a.begin() + static_cast<long>(s.fin), extra.begin(), extra.end());
     ponNum(a, s.posLongitud, num(a, s.posLongitud, 8) + extra.size(), 8);
-    ponNum(a, s.posLongitud + 8, 4, 8);
+    ponNum(a, s.posLongitud + 8, 5, 8);
     ponNum(a, 16, num(a, 16, 8) + extra.size(), 8);
 
     Dibujo d2;
     ASSERT_TRUE(carga(d2, a));
-    ASSERT_EQ(d2.entidades.size(), 4U);
+    ASSERT_EQ(d2.entidades.size(), 5U);
+    EXPECT_EQ(d2.entidades[4]->tamanoBloque(), cad::kBloqueCrudo);
+    EXPECT_EQ(d2.entidades.danadas, 1U);
     const char* const tags[] = {"Xq1", "Xq9Xq91", "XqXqXqXqXqXqXq1"};
     const uint32_t colas[] = {5, 2, 3};
     for (int i = 0; i < 3; ++i)
@@ -300,7 +306,8 @@ TEST(ListaEntidadesFichero, etiquetasDesconocidasSobreviven)
     const Bytes b = guarda(d2);
     EXPECT_EQ(trozo(b, seccion(b, "Entid.1")), trozo(a, seccion(a, "Entid.1")));
     const auto bl = bloquesEntidad(b);
-    ASSERT_EQ(bl.size(), 4U);
+    ASSERT_EQ(bl.size(), 5U);
+    EXPECT_EQ(bl[4].ancho, 8);
     EXPECT_EQ(bl[1].ancho, 2);
     EXPECT_EQ(bl[2].ancho, 4);
     EXPECT_EQ(bl[3].ancho, 8);

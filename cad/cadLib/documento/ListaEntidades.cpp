@@ -205,8 +205,12 @@ marco_t marcoDe(const BloqueSerializacionBL& bl, int64_t inicio, int64_t posicio
         const auto c = static_cast<unsigned char>(m.tag[i]);
         imprimible = imprimible && c > 0x20 && c < 0x7F;
     }
+    // The width written back is the one the tag's size gives an unknown entity (below 4
+    // characters u16, below 8 u32, else u64); where the reader derived another (a 5-character
+    // tag reads with u64), the block would not read back written so.
+    const int anchuraEscrita = n < 4 ? 2 : (n < 8 ? 4 : 8);
     m.legible = imprimible && m.posicionLongitud == inicio + static_cast<int64_t>(n) + 1 &&
-                posicion == m.cuerpo();
+                posicion == m.cuerpo() && m.anchura == anchuraEscrita;
     return m;
 }
 
