@@ -222,12 +222,15 @@ file(READ "${TRABAJO}/salida/previo.dxf" previo)
 if(NOT previo STREQUAL "previo")
     message(FATAL_ERROR "a failed export touched the previous file")
 endif()
-file(WRITE "${TRABAJO}/sin-nombre.txt" "dxf salida/previo.dxf\nguarda salida/rescatado.cad\nsal\n")
+file(WRITE "${TRABAJO}/sin-nombre.txt"
+    "dxf salida/previo.dxf\nguarda salida/rescatado.cad\nabre salida/danado.cad\nsal\n")
 execute_process(COMMAND "${TRABAJO}/host/tarvelo" sesion salida/sin-nombre.cad
     WORKING_DIRECTORY "${TRABAJO}" INPUT_FILE "${TRABAJO}/sin-nombre.txt"
     RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
 compruebaLineas("${s}${e}" "dxf: una capa sin nombre no se puede escribir en un DXF; póngale nombre antes de exportar
-Dibujo guardado en salida/rescatado.cad (5 entidades)" "a session over a layer without a name")
+Dibujo guardado en salida/rescatado.cad (5 entidades)
+Aviso: salida/danado.cad está dañado: 1 entidad no se pudo leer y se conserva tal como venía
+Dibujo abierto: salida/danado.cad (5 entidades)" "a session over a layer without a name")
 
 # A session that fills a small disk (root only; otherwise said and skipped): the first save
 # fits, the one after 5,000 more points does not. The save and the DXF say so, the order
