@@ -1,46 +1,39 @@
-// Text styles and their list: exact bytes, the list's own tail, lookup, damaged files.
+// Text styles and their list: exact bytes, and the checks every owned list passes.
 #include "documento/EstiloTexto.h"
-
-#include <cstdint>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "base/SerializadorBinarioEscritura.h"
-#include "base/SerializadorBinarioLectura.h"
 #include "documento/ListaEstilosTexto.h"
-#include "soporte/FicheroTemporal.h"
+#include "soporte/ListaPropiaPrueba.h"
 
 namespace
 {
 
-using Bytes = std::vector<uint8_t>;
 using cad::EstiloTexto;
+using cad::prueba::Bytes;
 
-Bytes escribe(cad::ObjetoCAD& objeto)
+// A bold style and an italic one, so that each mark is set in one and clear in the other.
+// The second is named "standar": the name a read gives a new style before its own,
+// "Standar", must not be taken for it.
+struct CasoEstilos
 {
-    const std::string ruta = cad::prueba::rutaTemporal("estilo.bin");
+    using Lista = cad::ListaEstilosTexto;
+    static constexpr const char* kSeccion = "EstTx.1";
+    static constexpr const char* kOtraCaja = "Standar";
+    static void llena(Lista& lista)
     {
-        cad::SerializadorBinarioEscritura w(ruta);
-        objeto.escribe(w);
+        lista.push_back(new EstiloTexto("Rotulo", "Arial", 9, true, false));
+        lista.push_back(new EstiloTexto("standar", "Courier", 12, false, true));
+        lista[0]->id = 0x10;
+        lista[1]->id = 77;
     }
-    return cad::prueba::leeFichero(ruta);
-}
-
-bool lee(const Bytes& bytes, cad::ObjetoCAD& objeto)
-{
-    const std::string ruta = cad::prueba::rutaTemporal("estilo.bin");
-    cad::prueba::escribeFichero(ruta, bytes);
-    cad::SerializadorBinarioLectura r(ruta);
-    return objeto.lee(r);
-}
+};
 
 // The "ET1" block: id, name, font, size as u32, and each mark as a doubled byte.
 TEST(EstiloTexto, BytesExactos)
 {
-    EstiloTexto e("Rotulo", "Arial", 9, true, false);
-    e.id = 0x10;
+    cad::ListaEstilosTexto lista;
+    CasoEstilos::llena(lista);
     const Bytes esperado = {
         'E',  'T',  '1', 0x00, 0x22, 0x00,            // tag, length 34
         0x10, 0,    0,   0,    0,    0,    0,   0,    // id
@@ -49,51 +42,12 @@ TEST(EstiloTexto, BytesExactos)
         0x09, 0x00, 0,   0,                           // size
         0x01, 0x01, 0,   0,                           // negrita, cursiva
     };
-    EXPECT_EQ(escribe(e), esperado);
-}
-
-// A list reads back every field of each style, marks included; bytes behind the last style
-// are the list's own tail and are written back in place. busca is exact and case-sensitive
-// ("Standar", the read placeholder, is not "standar").
-TEST(ListaEstilosTexto, VueltaConColaYBusca)
-{
-    cad::ListaEstilosTexto lista;
-    lista.push_back(new EstiloTexto("standar", "", 0));
-    lista.push_back(new EstiloTexto("Cota", "Courier", 12, false, true));
-    lista[1]->id = 77;
-    Bytes bytes = escribe(lista);
-    bytes.insert(bytes.end(), {0xC0, 0xDE});
-    bytes[8] += 2;
-
-    cad::ListaEstilosTexto leida;
-    ASSERT_TRUE(lee(bytes, leida));
-    ASSERT_EQ(leida.size(), 2U);
-    EXPECT_EQ(leida.busca("standar"), leida[0]);
-    EXPECT_EQ(leida.busca("Standar"), nullptr);
-    EXPECT_TRUE(leida[1]->cursiva);
-    EXPECT_EQ(leida.tamanoDatosDesconocidos, 2U);
-    EXPECT_EQ(escribe(leida), bytes);
-}
-
-// Every cut of a valid file reads to false without a crash and keeps only whole styles
-// (the first, "uno" in Arial, is 36 bytes); a section of another tag fails and empties
-// the list.
-TEST(ListaEstilosTexto, FicheroCortadoYSeccionAjena)
-{
-    cad::ListaEstilosTexto lista;
-    lista.push_back(new EstiloTexto("uno", "Arial", 5));
-    lista.push_back(new EstiloTexto("dos", "Arial", 6));
-    const Bytes entero = escribe(lista);
-    for (size_t corte = 0; corte < entero.size(); ++corte)
-    {
-        cad::ListaEstilosTexto leida;
-        EXPECT_FALSE(lee(Bytes(entero.begin(), entero.begin() + corte), leida)) << corte;
-        EXPECT_EQ(leida.size(), corte >= 24 + 36 ? 1U : 0U) << corte;
-    }
-    Bytes ajena = entero;
-    ajena[0] = 'F';
-    EXPECT_FALSE(lee(ajena, lista));
-    EXPECT_TRUE(lista.empty());
+    EXPECT_EQ(cad::prueba::bytesDe(*lista[0]), esperado);
 }
 
 }  // namespace
+
+namespace cad::prueba
+{
+INSTANTIATE_TYPED_TEST_SUITE_P(EstilosTexto, ListaPropia, ::testing::Types<CasoEstilos>);
+}  // namespace cad::prueba
