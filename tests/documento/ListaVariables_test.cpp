@@ -2,58 +2,27 @@
 #include "documento/ListaVariables.h"
 
 #include <cstdint>
-#include <cstring>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "base/SerializadorBinarioEscritura.h"
-#include "base/SerializadorBinarioLectura.h"
-#include "soporte/FicheroTemporal.h"
+#include "soporte/BloquesPrueba.h"
+#include "soporte/ObjetoEnMemoria.h"
 
 namespace
 {
 
-using Bytes = std::vector<uint8_t>;
 using cad::ListaVariables;
 using cad::Punto3;
 using cad::Vector3D;
-
-Bytes escribe(cad::ObjetoCAD& objeto)
-{
-    const std::string ruta = cad::prueba::rutaTemporal("variables.bin");
-    {
-        cad::SerializadorBinarioEscritura w(ruta);
-        objeto.escribe(w);
-    }
-    return cad::prueba::leeFichero(ruta);
-}
-
-bool lee(const Bytes& bytes, cad::ObjetoCAD& objeto)
-{
-    const std::string ruta = cad::prueba::rutaTemporal("variables.bin");
-    cad::prueba::escribeFichero(ruta, bytes);
-    cad::SerializadorBinarioLectura r(ruta);
-    return objeto.lee(r);
-}
+using cad::prueba::Bytes;
+using cad::prueba::bytesDe;
+using cad::prueba::le;
+using cad::prueba::leeDe;
+using cad::prueba::operator+;
 
 // Byte images built field by field, for files this version would not write itself. The
 // exact-bytes test below pins the same forms literally.
-template <class T>
-Bytes le(T valor)
-{
-    Bytes b(sizeof valor);
-    std::memcpy(b.data(), &valor, sizeof valor);
-    return b;
-}
-
-Bytes operator+(Bytes a, const Bytes& b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
 Bytes cadena(std::string s)
 {
     const auto largo = static_cast<uint16_t>(s.size() + s.size() % 2);
@@ -78,9 +47,16 @@ Bytes str(const std::string& nombre, const std::string& valor, const Bytes& cola
     return bloque16("VSt", le(uint64_t{0}) + cadena(nombre) + cadena(valor) + cola);
 }
 
-Bytes v3d(const std::string& nombre, double z, const Bytes& cola)
+Bytes v3d(const std::string& nombre, double z, const Bytes& cola = {})
 {
     return bloque16("V3D", le(uint64_t{0}) + cadena(nombre) + le(0.0) + le(0.0) + le(z) + cola);
+}
+
+// The six defaults in their order, each followed by `cola`.
+Bytes defectos(const Bytes& cola = {})
+{
+    return str("clayer", "0", cola) + str("cecolor", "256", cola) + v3d("orgplref", 0, cola) +
+           v3d("normplref", 1, cola) + str("cview", "", cola) + str("textstyle", "standar", cola);
 }
 
 // creaDefectos installs six variables in a fixed order with their classes and values; run
@@ -89,24 +65,9 @@ TEST(ListaVariables, DefectosEnOrden)
 {
     ListaVariables lista;
     lista.creaDefectos();
-    const char* const nombres[6] = {"clayer",    "cecolor", "orgplref",
-                                    "normplref", "cview",   "textstyle"};
-    const char* const tags[6] = {"VSt", "VSt", "V3D", "V3D", "VSt", "VSt"};
-    ASSERT_EQ(lista.size(), 6U);
-    for (size_t i = 0; i < 6; ++i)
-    {
-        EXPECT_EQ(lista[i]->nombre, nombres[i]);
-        EXPECT_STREQ(lista[i]->etiqueta(), tags[i]);
-    }
-    std::string texto;
-    EXPECT_TRUE(lista.getValor("cecolor", texto) && texto == "256");
-    EXPECT_TRUE(lista.getValor("textstyle", texto) && texto == "standar");
-    Punto3<double> normal;
-    EXPECT_TRUE(lista.getValor3D("normplref", normal) && normal == Punto3<double>(0, 0, 1));
     lista.setValor("clayer", std::string("Muro"));
     lista.creaDefectos();
-    ASSERT_EQ(lista.size(), 6U);
-    EXPECT_TRUE(lista.getValor("clayer", texto) && texto == "0");
+    EXPECT_EQ(bytesDe(lista), listaDe(6, defectos()));
 }
 
 // setValor assigns in place when the class matches (same object), replaces a variable of
@@ -125,9 +86,7 @@ TEST(ListaVariables, SetValorEInsertaMantienenElSitio)
     lista.inserta(new cad::VariableInt("b", 4));
     lista.inserta(lista[2]);
     ASSERT_EQ(lista.size(), 3U);
-    EXPECT_STREQ(lista[0]->etiqueta(), "VSt");
-    EXPECT_EQ(lista[0]->nombre, "a");
-    EXPECT_STREQ(lista[1]->etiqueta(), "VIn");
+    EXPECT_EQ(lista[0]->nombre + lista[0]->etiqueta() + lista[1]->etiqueta(), "aVStVIn");
 
     std::string texto;
     int32_t entero = -5;
@@ -157,11 +116,11 @@ TEST(ListaVariables, BytesExactos)
         0x02, 0x00, 'n',  0x00,                         // name, padded
         0xFF, 0xFF, 0xFF, 0xFF,                         // value
     };
-    const Bytes bytes = escribe(lista);
+    const Bytes bytes = bytesDe(lista);
     ASSERT_EQ(bytes, esperado);
     ASSERT_EQ(listaDe(1, bloque16("VIn", le(uint64_t{0}) + cadena("n") + le(-1))), esperado);
     ListaVariables leida;
-    ASSERT_TRUE(lee(bytes, leida));
+    ASSERT_TRUE(leeDe(bytes, leida));
     int32_t n = 0;
     EXPECT_EQ(leida.size(), 7U);
     EXPECT_TRUE(leida.getValor("n", n) && n == -1);
@@ -169,79 +128,46 @@ TEST(ListaVariables, BytesExactos)
 
 // A variable of an unknown tag gives no object; its whole body lands in the list's buffer,
 // and the next save writes that buffer at the end of every variable's block and once more
-// at the list's end. Pinned byte for byte: files depend on this behaviour.
-TEST(ListaVariables, EtiquetaDesconocidaVaAlBufferDeLaLista)
+// at the list's end. Each variable's tail replaces the buffer and an empty tail leaves it,
+// so the last non-empty one wins. Pinned byte for byte: files depend on this behaviour.
+TEST(ListaVariables, ColasVanAlBufferDeLaLista)
 {
     const Bytes x = {1, 2, 3, 4, 5, 6};
     ListaVariables lista;
-    ASSERT_TRUE(lee(listaDe(2, bloque16("VXx", x) + str("k", "v")), lista));
+    ASSERT_TRUE(leeDe(listaDe(2, bloque16("VXx", x) + str("k", "v")), lista));
     ASSERT_EQ(lista.size(), 7U);
-    ASSERT_EQ(lista.tamanoDatosDesconocidos, 6U);
+    EXPECT_EQ(bytesDe(lista), listaDe(7, defectos(x) + str("k", "v", x) + x));
 
-    const Bytes defectos = str("clayer", "0", x) + str("cecolor", "256", x) +
-                           v3d("orgplref", 0, x) + v3d("normplref", 1, x) + str("cview", "", x) +
-                           str("textstyle", "standar", x);
-    EXPECT_EQ(escribe(lista), listaDe(7, defectos + str("k", "v", x) + x));
-}
-
-// Each variable's unknown tail replaces the list's buffer and an empty tail leaves it, so
-// the last non-empty one wins.
-TEST(ListaVariables, UltimaColaDeVariableGana)
-{
     const Bytes fichero =
         listaDe(3, str("a", "1", {0xAA, 0xBB}) + str("b", "2", {0xCC, 0xDD}) + str("c", "3"));
-    ListaVariables lista;
-    ASSERT_TRUE(lee(fichero, lista));
+    ASSERT_TRUE(leeDe(fichero, lista));
     ASSERT_EQ(lista.size(), 9U);
-    ASSERT_EQ(lista.tamanoDatosDesconocidos, 2U);
-    EXPECT_EQ(Bytes(lista.datosDesconocidos, lista.datosDesconocidos + 2), (Bytes{0xCC, 0xDD}));
-}
-
-// A read starts from the defaults and appends the file's variables behind them, so lookups
-// find the defaults, not the saved state, while a variable without default is found. Each
-// save and load cycle adds the six again.
-TEST(ListaVariables, LeeDejaDefectosDelante)
-{
-    ListaVariables lista;
-    lista.creaDefectos();
-    lista.setValor("clayer", std::string("Muro"));
-    lista.setValor("posVista", Vector3D<double>(4, 5, 6));
-    ListaVariables leida;
-    ASSERT_TRUE(lee(escribe(lista), leida));
-    ASSERT_EQ(leida.size(), 13U);
-    std::string capa;
-    EXPECT_TRUE(leida.getValor("clayer", capa) && capa == "0");
-    EXPECT_EQ(static_cast<cad::VariableStr*>(leida[6])->valor, "Muro");
-    Punto3<double> p;
-    EXPECT_TRUE(leida.getValor3D("posVista", p) && p == Punto3<double>(4, 5, 6));
-    ListaVariables otra;
-    ASSERT_TRUE(lee(escribe(leida), otra));
-    EXPECT_EQ(otra.size(), 19U);
+    EXPECT_EQ(cad::prueba::colaDe(lista), (Bytes{0xCC, 0xDD}));
 }
 
 // Damaged input: a section of another tag fails with just the defaults; every cut of a
-// valid file fails without a crash and adds only whole variables; a count far beyond the
+// valid file fails without a fault and adds only whole variables; a count far beyond the
 // file ends with the file.
 TEST(ListaVariables, SeccionAjenaCorteYCuentaMentirosa)
 {
     ListaVariables origen;
     origen.setValor("i", 3);                          // a 22-byte block ending at 46
     origen.setValor("p", Vector3D<double>(1, 2, 3));  // the last field is the value
-    const Bytes entero = escribe(origen);
+    const Bytes entero = bytesDe(origen);
     Bytes mala = entero;
     mala[0] = 'W';
     ListaVariables lista;
-    EXPECT_FALSE(lee(mala, lista));
+    EXPECT_FALSE(leeDe(mala, lista));
     EXPECT_EQ(lista.size(), 6U);
     for (size_t corte = 0; corte < entero.size(); ++corte)
     {
         ListaVariables leida;
-        EXPECT_FALSE(lee(Bytes(entero.begin(), entero.begin() + corte), leida)) << corte;
+        EXPECT_FALSE(leeDe(entero, leida, corte)) << corte;
         EXPECT_EQ(leida.size(), corte >= 46 ? 7U : 6U) << corte;
     }
     mala = entero;
     mala[22] = 0x7F;
-    EXPECT_TRUE(lee(mala, lista));
+    EXPECT_TRUE(leeDe(mala, lista));
     EXPECT_EQ(lista.size(), 8U);
 }
 

@@ -164,8 +164,10 @@ TEST(SeleccionMarcas, repintadoSoloConCambio)
 
 // Typed getters test the tag: a Linea answers getEntidadLinea, a Punto gives null, a bad
 // index or an empty set throws std::out_of_range. Both polyline tags answer
-// getEntidadPolilinea; a Poligono, whose tag is also "Pg1", gives null.
-TEST(SeleccionGetters, porEtiqueta)
+// getEntidadPolilinea; a Poligono, whose tag is also "Pg1", gives null. quitaNubes drops
+// every "Np1" entity keeping the others' order; getEntidadesLinea makes a new selection of
+// the same drawing with the lines alone; quitaEntidad erases a position.
+TEST(SeleccionGetters, porEtiquetaYFiltros)
 {
     Dibujo d;
     d.nuevoDocumento();
@@ -182,7 +184,10 @@ TEST(SeleccionGetters, porEtiqueta)
     auto* plano = inserta(d, new cad::Plano(3, v.data()));
     auto* sistema = inserta(d, new cad::SistemaLocal());
     auto* control = inserta(d, new cad::PuntoControl("P", Punto3<double>(0, 0, 0)));
-    const SeleccionEntidades s = d.nuevaSeleccion(Dibujo::kSeleccionTodas);
+    auto* nube = inserta(d, new cad::EntidadDesconocida("Np1"));
+    auto* l2 = inserta(d, new cad::Linea(Punto3<double>(0, 0, 0), Punto3<double>(2, 0, 0)));
+    inserta(d, new cad::EntidadDesconocida("Np1"));
+    SeleccionEntidades s = d.nuevaSeleccion(Dibujo::kSeleccionTodas);
     EXPECT_EQ(s.getEntidadLinea(0), nullptr);
     EXPECT_EQ(s.getEntidadLinea(1), l);
     EXPECT_EQ(s.getEntidadPolilinea(2), corta);
@@ -196,35 +201,23 @@ TEST(SeleccionGetters, porEtiqueta)
     EXPECT_EQ(s.getEntidadSistemaLocal(6), sistema);
     EXPECT_EQ(s.getEntidadPuntoControl(7), control);
     EXPECT_EQ(s.getEntidadPuntoControl(0), nullptr);
+    EXPECT_EQ(s.getEntidadNube(8), nube);
+    EXPECT_EQ(s.getEntidadNube(9), nullptr);
     EXPECT_EQ(s.getEntidad(0), p);
-    EXPECT_THROW(s.getEntidad(8), std::out_of_range);
-    EXPECT_THROW(s.getEntidadLinea(8), std::out_of_range);
+    EXPECT_THROW(s.getEntidad(11), std::out_of_range);
+    EXPECT_THROW(s.getEntidadLinea(11), std::out_of_range);
     const SeleccionEntidades vacia = d.nuevaSeleccion(Dibujo::kSeleccionVacia);
     EXPECT_THROW(vacia.getEntidadLinea(0), std::out_of_range);
     EXPECT_THROW(vacia.getEntidadPolilinea(0), std::out_of_range);
-}
 
-// quitaNubes drops every "Np1" entity keeping the others' order; getEntidadesLinea makes a
-// new selection of the same drawing with the lines alone; quitaEntidad erases a position.
-TEST(SeleccionFiltros, nubesLineasYQuitar)
-{
-    Dibujo d;
-    d.nuevoDocumento();
-    auto* nube1 = inserta(d, new cad::EntidadDesconocida("Np1"));
-    auto* l1 = inserta(d, new cad::Linea(Punto3<double>(0, 0, 0), Punto3<double>(1, 0, 0)));
-    auto* p = inserta(d, new cad::Punto(1, 0, 0));
-    inserta(d, new cad::EntidadDesconocida("Np1"));
-    auto* l2 = inserta(d, new cad::Linea(Punto3<double>(0, 0, 0), Punto3<double>(2, 0, 0)));
-    SeleccionEntidades s = d.nuevaSeleccion(Dibujo::kSeleccionTodas);
-    EXPECT_EQ(s.getEntidadNube(0), nube1);
-    EXPECT_EQ(s.getEntidadNube(1), nullptr);
     const SeleccionEntidades lineas = s.getEntidadesLinea();
     EXPECT_EQ(lineas.dibujo, &d);
-    EXPECT_EQ(lineas.entidades, (Lista{l1, l2}));
+    EXPECT_EQ(lineas.entidades, (Lista{l, l2}));
     s.quitaNubes();
-    EXPECT_EQ(s.entidades, (Lista{l1, p, l2}));
+    EXPECT_EQ(s.entidades, (Lista{p, l, corta, larga, poligono, plano, sistema, control, l2}));
     s.quitaEntidad(1);
-    EXPECT_EQ(s.entidades, (Lista{l1, l2}));
+    EXPECT_EQ(s.numeroEntidades(), 8U);
+    EXPECT_EQ(s.getEntidad(1), corta);
 }
 
 }  // namespace
