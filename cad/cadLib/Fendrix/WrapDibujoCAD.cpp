@@ -556,41 +556,34 @@ bool comprobado(const std::string& fichero, std::string& mensaje, Operacion oper
 
 }  // namespace
 
+template <typename Operacion>
+bool WrapDibujoCAD::conEditor(const std::string& fichero, std::string& mensaje,
+                              cad::resultadoFichero_t& resultado, Operacion operacion)
+{
+    const bool ok = comprobado(fichero, mensaje,
+                               [&] { return mEditor != nullptr && operacion(*mEditor); });
+    if (mensaje.empty())
+    {
+        mensaje = mEditor == nullptr ? "no hay dibujo" : resultado.mensaje;
+    }
+    return ok;
+}
+
 bool WrapDibujoCAD::guardaComprobado(const std::string& fichero, std::string& mensaje)
 {
-    return comprobado(fichero, mensaje,
-                      [&]
-                      {
-                          if (mEditor == nullptr)
-                          {
-                              mensaje = "no hay dibujo";
-                              return false;
-                          }
-                          cad::resultadoFichero_t r;
-                          const bool ok = mEditor->guardaDocumento(fichero.c_str(), r);
-                          mensaje = r.mensaje;
-                          return ok;
-                      });
+    cad::resultadoFichero_t r;
+    return conEditor(fichero, mensaje, r,
+                     [&](cad::EditorDibujo& e) { return e.guardaDocumento(fichero.c_str(), r); });
 }
 
 bool WrapDibujoCAD::leeComprobado(const std::string& fichero, std::string& mensaje,
                                   int64_t& entidadesDanadas)
 {
-    entidadesDanadas = 0;
-    return comprobado(fichero, mensaje,
-                      [&]
-                      {
-                          if (mEditor == nullptr)
-                          {
-                              mensaje = "no hay dibujo";
-                              return false;
-                          }
-                          cad::resultadoFichero_t r;
-                          const bool ok = mEditor->cargaDocumento(fichero.c_str(), r);
-                          mensaje = r.mensaje;
-                          entidadesDanadas = static_cast<int64_t>(r.entidadesDanadas);
-                          return ok;
-                      });
+    cad::resultadoFichero_t r;
+    const bool ok = conEditor(fichero, mensaje, r, [&](cad::EditorDibujo& e)
+                              { return e.cargaDocumento(fichero.c_str(), r); });
+    entidadesDanadas = static_cast<int64_t>(r.entidadesDanadas);
+    return ok;
 }
 
 bool WrapDibujoCAD::exportaDXFComprobado(const std::string& fichero, std::string& mensaje)

@@ -11,6 +11,7 @@
 
 namespace cad
 {
+struct resultadoFichero_t;
 class Dibujo;
 class Entidad;
 class EditorDibujo;
@@ -516,6 +517,11 @@ private:
     bool camara(int cual, double& x, double& y, double& z);
     // The three steps of an export, in their order, through `dxf`.
     void escribeDXF(cad::ExportaDXF& dxf);
+    // Runs a checked file operation of the editor; `mensaje` takes the path's or memory's
+    // failure, or `resultado`'s.
+    template <typename Operacion>
+    bool conEditor(const std::string& fichero, std::string& mensaje,
+                   cad::resultadoFichero_t& resultado, Operacion operacion);
     // exportaDXFComprobado but for the failures of the path and of memory.
     bool intentaExportarDXF(const std::string& fichero, std::string& mensaje);
 };

@@ -85,11 +85,13 @@ std::string resuelveEnlaces(const std::string& ruta, int& error)
     return p.string();
 }
 
-bool escribeTodo(int fd, const unsigned char* p, size_t n, int& error)
+// Writes all `n` bytes at the end (`posicion` negative) or at `posicion`, through short
+// writes and interruptions; false with the errno in `error`.
+bool escribeTodo(int fd, int64_t posicion, const unsigned char* p, size_t n, int& error)
 {
     while (n > 0)
     {
-        const ssize_t hecho = ::write(fd, p, n);
+        const ssize_t hecho = posicion < 0 ? ::write(fd, p, n) : ::pwrite(fd, p, n, posicion);
         if (hecho < 0)
         {
             if (errno == EINTR)
@@ -101,27 +103,7 @@ bool escribeTodo(int fd, const unsigned char* p, size_t n, int& error)
         }
         p += hecho;
         n -= static_cast<size_t>(hecho);
-    }
-    return true;
-}
-
-bool escribeTodoEn(int fd, uint64_t posicion, const unsigned char* p, size_t n, int& error)
-{
-    while (n > 0)
-    {
-        const ssize_t hecho = ::pwrite(fd, p, n, static_cast<off_t>(posicion));
-        if (hecho < 0)
-        {
-            if (errno == EINTR)
-            {
-                continue;
-            }
-            error = errno;
-            return false;
-        }
-        p += hecho;
-        n -= static_cast<size_t>(hecho);
-        posicion += static_cast<uint64_t>(hecho);
+        posicion += posicion < 0 ? 0 : hecho;
     }
     return true;
 }
@@ -291,7 +273,7 @@ bool FicheroAtomico::escribe(const void* datos, size_t n)
         return false;
     }
     int codigo = 0;
-    if (!escribeTodo(descriptor, static_cast<const unsigned char*>(datos), n, codigo))
+    if (!escribeTodo(descriptor, -1, static_cast<const unsigned char*>(datos), n, codigo))
     {
         falla(codigo);
         return false;
@@ -314,7 +296,8 @@ bool FicheroAtomico::escribeEn(uint64_t posicion, const void* datos, size_t n)
         return false;
     }
     int codigo = 0;
-    if (!escribeTodoEn(descriptor, posicion, static_cast<const unsigned char*>(datos), n, codigo))
+    if (!escribeTodo(descriptor, static_cast<int64_t>(posicion),
+                     static_cast<const unsigned char*>(datos), n, codigo))
     {
         falla(codigo);
         return false;
