@@ -1,6 +1,7 @@
 // The DXF writer: the assembled file line for line, colour and layer rules, and every misuse.
 #include "intercambio/ExportaDXF.h"
 
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +12,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "Fendrix/WrapDibujoCAD.h"
 #include "base/Color.h"
@@ -654,6 +658,31 @@ TEST(ExportaDXFDibujo, comprobadaDiceElMotivoYNoTocaNadaMas)
         EXPECT_FALSE(noFinito.exportaDXFComprobado("/dev/full", mensaje));
         EXPECT_EQ(mensaje, "/dev/full no es un fichero regular");
     }
+    EXPECT_EQ(leeTexto(ruta), "anterior");
+    // A child whose files may not pass 64 KiB, as on a full disk: the scratch file of the
+    // entities fails first, the export says why and the target stays.
+    const pid_t hijo = ::fork();
+    ASSERT_GE(hijo, 0);
+    if (hijo == 0)
+    {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limite{65536, 65536};
+        ::setrlimit(RLIMIT_FSIZE, &limite);
+        Fendrix::WrapDibujoCAD grande(nullptr, nullptr);
+        grande.nuevoDocumento();
+        for (int i = 0; i < 5000; ++i)
+        {
+            grande.nuevoPunto(i, i, 0);
+        }
+        std::string motivo;
+        const bool ok = grande.exportaDXFComprobado(ruta, motivo);
+        std::_Exit(!ok && motivo == "el fichero " + ruta + " supera el tamaño que admite el sistema"
+                       ? 0
+                       : 1);
+    }
+    int estado = 0;
+    ASSERT_EQ(::waitpid(hijo, &estado, 0), hijo);
+    EXPECT_TRUE(WIFEXITED(estado) && WEXITSTATUS(estado) == 0);
     EXPECT_EQ(leeTexto(ruta), "anterior");
 
     Fendrix::WrapDibujoCAD dibujo(nullptr, nullptr);

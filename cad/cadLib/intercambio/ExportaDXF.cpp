@@ -2,6 +2,7 @@
 #include "intercambio/ExportaDXF.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <exception>
@@ -196,28 +197,33 @@ bool ExportaDXF::termina()
     final->escribe(cabeza.data(), cabeza.size());
 
     escribe(temporal, "  0\nEOF\n");
-    // The scratch file's own failures (a full disk) show in its error flag.
-    bool ok = std::fflush(temporal) == 0 && std::ferror(temporal) == 0;
-    int error = ok ? 0 : errno;
+    // The scratch file's own failures (a full disk) show in its error flag; errno still
+    // tells the cause after a failed flush, and a disk error stands in when it does not.
+    int error = 0;
+    errno = 0;
+    if (std::fflush(temporal) != 0 || std::ferror(temporal) != 0)
+    {
+        error = errno != 0 ? errno : EIO;
+    }
     std::rewind(temporal);
     const std::unique_ptr<char[]> bloque(new char[kBloqueCopia]);
     size_t leidos = 0;
-    while (ok && (leidos = std::fread(bloque.get(), 1, kBloqueCopia, temporal)) > 0)
+    while (error == 0 && (leidos = std::fread(bloque.get(), 1, kBloqueCopia, temporal)) > 0)
     {
-        ok = final->escribe(bloque.get(), leidos);
+        final->escribe(bloque.get(), leidos);
     }
-    if (ok && std::ferror(temporal) != 0)
+    if (error == 0 && std::ferror(temporal) != 0)
     {
-        ok = false;
         error = EIO;
     }
     cierra(temporal);
-    if (!ok && error != 0)
+    if (error != 0)
     {
         final->descarta();
         motivo = mensajeErrorFichero(error, nombre, true);
         return false;
     }
+    // A failed write of the final file is kept by it and reported by confirma().
     correcto = final->confirma();
     if (!correcto)
     {
