@@ -560,8 +560,8 @@ template <typename Operacion>
 bool WrapDibujoCAD::conEditor(const std::string& fichero, std::string& mensaje,
                               cad::resultadoFichero_t& resultado, Operacion operacion)
 {
-    const bool ok = comprobado(fichero, mensaje,
-                               [&] { return mEditor != nullptr && operacion(*mEditor); });
+    const bool ok =
+        comprobado(fichero, mensaje, [&] { return mEditor != nullptr && operacion(*mEditor); });
     if (mensaje.empty())
     {
         mensaje = mEditor == nullptr ? "no hay dibujo" : resultado.mensaje;
@@ -580,8 +580,9 @@ bool WrapDibujoCAD::leeComprobado(const std::string& fichero, std::string& mensa
                                   int64_t& entidadesDanadas)
 {
     cad::resultadoFichero_t r;
-    const bool ok = conEditor(fichero, mensaje, r, [&](cad::EditorDibujo& e)
-                              { return e.cargaDocumento(fichero.c_str(), r); });
+    const bool ok =
+        conEditor(fichero, mensaje, r,
+                  [&](cad::EditorDibujo& e) { return e.cargaDocumento(fichero.c_str(), r); });
     entidadesDanadas = static_cast<int64_t>(r.entidadesDanadas);
     return ok;
 }
