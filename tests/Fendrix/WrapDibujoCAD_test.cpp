@@ -11,7 +11,7 @@
 
 #include "Fendrix/WrapPantallaCAD.h"
 #include "base/Configuracion.h"
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"

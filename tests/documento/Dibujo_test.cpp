@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "base/Configuracion.h"
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
 #include "soporte/EntidadPrueba.h"

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "documento/EstiloTexto.h"
 #include "soporte/BloquesPrueba.h"
 #include "soporte/CatalogoEntidades.h"

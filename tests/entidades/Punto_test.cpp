@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "documento/EstiloTexto.h"
 #include "entidades/Texto.h"
 #include "soporte/BloquesPrueba.h"

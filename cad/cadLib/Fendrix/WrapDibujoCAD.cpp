@@ -1,7 +1,5 @@
 #include "Fendrix/WrapDibujoCAD.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <initializer_list>
 #include <new>
@@ -13,7 +11,7 @@
 #include "base/Excepcion.h"
 #include "base/FicheroAtomico.h"
 #include "base/GestorMensajes.h"
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
@@ -60,7 +58,7 @@ bool admiteCoordenadas(EditorDibujo* editor, const double* valores, size_t n)
     {
         return editor->admiteCoordenadas(valores, n);
     }
-    return std::all_of(valores, valores + n, [](double v) { return std::isfinite(v); });
+    return cad::numerosFinitos(valores, n);
 }
 
 bool admiteCoordenadas(EditorDibujo* editor, std::initializer_list<double> valores)

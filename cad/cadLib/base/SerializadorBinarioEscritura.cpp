@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 
 namespace cad
 {

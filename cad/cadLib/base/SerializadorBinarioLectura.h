@@ -82,9 +82,10 @@ public:
     BloqueSerializacion* leeBloque64() override;
     uint64_t bytesDisponibles() override;
     bool leePuntos(Punto3<double>* puntos, size_t n) override;
-    int64_t posicion() override { return static_cast<int64_t>(actual); }
-    // A position beyond the end stands at the end.
-    bool situa(int64_t pos) override;
+    // Where the reader stands, in bytes from the source's start, and a move to another place
+    // (beyond the end stands at the end): the entity list resumes after a damaged block so.
+    int64_t posicion() const { return static_cast<int64_t>(actual); }
+    bool situa(int64_t pos);
 
     bool abierto() const { return datos_ != nullptr; }
     // Drops the bytes; later reads return false.

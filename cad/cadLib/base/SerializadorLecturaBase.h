@@ -56,9 +56,6 @@ public:
     // How many bytes the source still holds; readers of untrusted files check counts and
     // tails against it before they allocate.
     virtual uint64_t bytesDisponibles() { return std::numeric_limits<uint64_t>::max(); }
-    // Where the reader stands, in bytes from the source's start, and a move to another place:
-    // the entity list uses them to resume at the next block after a damaged one. A source
-    // that cannot tell answers -1 and false.
     // `n` points as leePunto3 reads each, into `puntos`; false, with what came, when the
     // source ends first. A reader may take them in one piece.
     virtual bool leePuntos(Punto3<double>* puntos, size_t n)
@@ -71,12 +68,6 @@ public:
             }
         }
         return true;
-    }
-    virtual int64_t posicion() { return -1; }
-    virtual bool situa(int64_t pos)
-    {
-        (void)pos;
-        return false;
     }
 };
 

@@ -9,7 +9,7 @@
 #include "base/FicheroAtomico.h"
 #include "base/GeneradorId.h"
 #include "base/GestorMensajes.h"
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "base/ObjetoCAD.h"
 #include "base/Propiedades.h"
 #include "base/ReferenciaObjetoCAD.h"

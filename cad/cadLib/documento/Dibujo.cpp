@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "base/Configuracion.h"
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "base/ReferenciaObjetoCAD.h"
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
@@ -1450,14 +1450,14 @@ bool Dibujo::leeFichero(const std::string& ruta, resultadoFichero_t& resultado)
         resultado.mensaje = fichero.mensaje();
         return false;
     }
-    const std::string magia(etiqueta());
-    const std::string cabeza(reinterpret_cast<const char*>(fichero.datos()),
-                             std::min(fichero.tamano(), magia.size() + 1));
     if (fichero.tamano() == 0)
     {
         resultado.mensaje = ruta + " está vacío";
         return false;
     }
+    const std::string magia(etiqueta());
+    const std::string cabeza(reinterpret_cast<const char*>(fichero.datos()),
+                             std::min(fichero.tamano(), magia.size() + 1));
     if (cabeza != std::string(magia.c_str(), magia.size() + 1))
     {
         // The magic's last characters are the version: one version is read.
@@ -1477,9 +1477,8 @@ bool Dibujo::leeFichero(const std::string& ruta, resultadoFichero_t& resultado)
             return false;
         }
     }
-    hayCambios_ = true;
-    redibujar = true;
-    vistaAplicada = false;
+    // A load marks the drawing as an edit does: changed, to repaint, its view not applied.
+    edicionHecha();
     SerializadorBinarioLectura lector(fichero.datos(), fichero.tamano());
     resultado.ok = lee(lector);
     if (!resultado.ok)

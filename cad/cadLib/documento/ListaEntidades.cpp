@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <optional>
 
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
@@ -146,16 +147,17 @@ void ListaEntidades::escribe(SerializadorEscrituraBase& w)
             e->escribe(w);
             continue;
         }
+        std::optional<BloqueSerializacionBE> enPila;
+        std::unique_ptr<BloqueSerializacion> propio;
         if (binario != nullptr)
         {
-            const BloqueSerializacionBE propio(
-                *binario, e->etiqueta(),
-                ancho == kBloque16 || ancho == kBloque32 ? ancho : kBloque64);
-            e->escribe(w);
-            e->escribeDatosDesconocidos(w);
-            continue;
+            enPila.emplace(*binario, e->etiqueta(),
+                           ancho == kBloque16 || ancho == kBloque32 ? ancho : kBloque64);
         }
-        std::unique_ptr<BloqueSerializacion> propio(w.nuevoBloque(e->etiqueta(), ancho));
+        else
+        {
+            propio.reset(w.nuevoBloque(e->etiqueta(), ancho));
+        }
         e->escribe(w);
         e->escribeDatosDesconocidos(w);
     }
@@ -214,21 +216,13 @@ marco_t marcoDe(const BloqueSerializacionBL& bl, int64_t inicio, int64_t posicio
     return m;
 }
 
-// Reads the frame of the block that starts where the reader stands. The list reads files
-// through the binary reader, whose blocks tell their frame; its block is made on the stack,
-// as a million entities need no million allocations. Another reader's blocks read as
-// damaged.
-marco_t leeMarco(SerializadorLecturaBase& r, SerializadorBinarioLectura* binario)
+// Reads the frame of the block that starts where the reader stands; the block is made on the
+// stack, as a million entities need no million allocations.
+marco_t leeMarco(SerializadorBinarioLectura& r)
 {
     const int64_t inicio = r.posicion();
-    if (binario != nullptr)
-    {
-        const BloqueSerializacionBL bloque(*binario, -1);
-        return marcoDe(bloque, inicio, r.posicion());
-    }
-    const std::unique_ptr<BloqueSerializacion> bloque(r.leeBloque());
-    const auto* bl = dynamic_cast<const BloqueSerializacionBL*>(bloque.get());
-    return bl != nullptr ? marcoDe(*bl, inicio, r.posicion()) : marco_t{};
+    const BloqueSerializacionBL bloque(r, -1);
+    return marcoDe(bloque, inicio, r.posicion());
 }
 
 // How a body read agreed with its block's length.
@@ -242,7 +236,7 @@ enum lectura_e
 // Reads `e`'s body from the block's start on, and says how its end agrees with the stored
 // length. Only where `vuelta` allows may it end beyond the length by whole turns of a u16 or
 // u32 field, which a body larger than its field leaves when it is written.
-lectura_e leeCuerpo(Entidad& e, SerializadorLecturaBase& r, const marco_t& m, int64_t limite,
+lectura_e leeCuerpo(Entidad& e, SerializadorBinarioLectura& r, const marco_t& m, int64_t limite,
                     bool vuelta, uint64_t& cola)
 {
     cola = 0;
@@ -283,7 +277,8 @@ Entidad* polilineaDePoligono(const Poligono& p)
 
 // The entity of a block whose frame is `m`, when its body reads as its kind and agrees with
 // the block's length; null otherwise. The reader stands at the block's end after a success.
-std::unique_ptr<Entidad> intentaLeer(SerializadorLecturaBase& r, const marco_t& m, int64_t limite)
+std::unique_ptr<Entidad> intentaLeer(SerializadorBinarioLectura& r, const marco_t& m,
+                                     int64_t limite)
 {
     if (!m.legible)
     {
@@ -335,11 +330,11 @@ std::unique_ptr<Entidad> intentaLeer(SerializadorLecturaBase& r, const marco_t& 
 
 // Whether a block that reads as its kind starts at `pos`, where the list goes on after a
 // damaged block. Leaves the reader where it stood.
-bool empiezaBloque(SerializadorLecturaBase& r, int64_t pos, int64_t limite)
+bool empiezaBloque(SerializadorBinarioLectura& r, int64_t pos, int64_t limite)
 {
     const int64_t antes = r.posicion();
     r.situa(pos);
-    const marco_t m = leeMarco(r, dynamic_cast<SerializadorBinarioLectura*>(&r));
+    const marco_t m = leeMarco(r);
     const bool ok = m.legible && filaDe(m.tag) != nullptr && intentaLeer(r, m, limite) != nullptr;
     r.situa(antes);
     return ok;
@@ -348,32 +343,24 @@ bool empiezaBloque(SerializadorLecturaBase& r, int64_t pos, int64_t limite)
 // Where the list goes on after the damaged block that starts at `m.inicio`: at the end its
 // length gives when a sound block (or the list's end) stands there, else at the first later
 // place where a block of a known kind reads whole, else at the list's end.
-int64_t siguienteBloque(SerializadorLecturaBase& r, const marco_t& m, int64_t limite)
+int64_t siguienteBloque(SerializadorBinarioLectura& r, const marco_t& m, int64_t limite)
 {
     const int64_t declarado = m.finDeclarado(limite);
     if (declarado > m.inicio && (declarado == limite || empiezaBloque(r, declarado, limite)))
     {
         return declarado;
     }
-    // Only where a tag of the table stands, terminator included, is a block worth trying;
-    // the binary reader's bytes are looked at in place, as a damaged stretch may be long.
-    auto* binario = dynamic_cast<SerializadorBinarioLectura*>(&r);
+    // Only where a tag of the table stands, terminator included, is a block worth trying; the
+    // bytes are looked at in place, as a damaged stretch may be long.
     for (int64_t pos = m.inicio + 1; pos < limite; ++pos)
     {
-        char cabeza[16] = {};
-        const auto n = static_cast<size_t>(std::min<int64_t>(15, limite - pos));
-        if (binario != nullptr)
-        {
-            if (!iniciaEtiqueta(binario->datos()[pos]))
-            {
-                continue;
-            }
-            std::memcpy(cabeza, binario->datos() + pos, n);
-        }
-        else if (!r.situa(pos) || !r.espia(cabeza, static_cast<uint32_t>(n)))
+        if (!iniciaEtiqueta(r.datos()[pos]))
         {
             continue;
         }
+        char cabeza[16] = {};
+        const auto n = static_cast<size_t>(std::min<int64_t>(15, limite - pos));
+        std::memcpy(cabeza, r.datos() + pos, n);
         if (std::memchr(cabeza, '\0', n) != nullptr && filaDe(cabeza) != nullptr &&
             empiezaBloque(r, pos, limite))
         {
@@ -385,48 +372,48 @@ int64_t siguienteBloque(SerializadorLecturaBase& r, const marco_t& m, int64_t li
 
 }  // namespace
 
-bool ListaEntidades::lee(SerializadorLecturaBase& r)
+bool ListaEntidades::lee(SerializadorLecturaBase& lector)
 {
     vacia();
     danadas = 0;
-    std::unique_ptr<BloqueSerializacion> bloque(r.leeBloque64());
+    std::unique_ptr<BloqueSerializacion> bloque(lector.leeBloque64());
     if (!bloque->esTipo(etiqueta()))
     {
-        finLectura(r, bloque.release());
+        finLectura(lector, bloque.release());
         return false;
     }
     uint64_t cuenta = 0;
-    if (!r.leeLongitud64(cuenta))
+    if (!lector.leeLongitud64(cuenta))
     {
         return false;
     }
+    // Resuming after a damaged block needs the file's bytes and positions: the list reads
+    // through the binary reader, the one the format has.
+    auto* binario = dynamic_cast<SerializadorBinarioLectura*>(&lector);
+    if (binario == nullptr)
+    {
+        return false;
+    }
+    SerializadorBinarioLectura& r = *binario;
     // The list ends where its length says, or at the file's end if that comes first.
-    const int64_t inicio = r.posicion();
-    const uint64_t disponibles = r.bytesDisponibles();
-    const int64_t limite = inicio + static_cast<int64_t>(std::min(bloque->restante(), disponibles));
-    // The count comes from the file: the loop also ends at the list's end, so a lying count
-    // cannot spin; in a sound file every entity is read before that.
-    auto* binario = dynamic_cast<SerializadorBinarioLectura*>(&r);
-    for (uint64_t i = 0; i<cuenta&& static_cast<int64_t>(cuenta)> 0 && r.posicion() < limite; ++i)
+    const int64_t limite =
+        r.posicion() + static_cast<int64_t>(std::min(bloque->restante(), r.bytesDisponibles()));
+    // The count comes from the file (negative as signed: none): the loop also ends at the
+    // list's end, so a lying count cannot spin; in a sound file every entity is read first.
+    const uint64_t total = static_cast<int64_t>(cuenta) > 0 ? cuenta : 0;
+    for (uint64_t i = 0; i < total && r.posicion() < limite; ++i)
     {
         const int64_t desde = r.posicion();
-        const marco_t m = leeMarco(r, binario);
+        const marco_t m = leeMarco(r);
         std::unique_ptr<Entidad> e = intentaLeer(r, m, limite);
         if (!e)
         {
             // Never read on from the middle of a block: the bytes up to the next sound block
             // are kept whole, to be written back as they came.
             const int64_t hasta = siguienteBloque(r, m, limite);
-            std::vector<uint8_t> bytes(static_cast<size_t>(hasta - desde));
-            r.situa(desde);
-            for (size_t hecho = 0; hecho < bytes.size();)
-            {
-                const auto n =
-                    static_cast<uint32_t>(std::min<size_t>(bytes.size() - hecho, 1u << 30));
-                r.leeBytes(bytes.data() + hecho, n);
-                hecho += n;
-            }
-            e.reset(EntidadDesconocida::cruda(std::move(bytes)));
+            e.reset(EntidadDesconocida::cruda(
+                std::vector<uint8_t>(r.datos() + desde, r.datos() + hasta)));
+            r.situa(hasta);
             ++danadas;
         }
         push_back(e.release());

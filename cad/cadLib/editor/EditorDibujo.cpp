@@ -11,7 +11,7 @@
 #include "base/ColaMensajes.h"
 #include "base/Configuracion.h"
 #include "base/GestorMensajes.h"
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
 #include "documento/Capa.h"
@@ -122,9 +122,7 @@ void EditorDibujo::actualiza(actualiza_e tipo, bool forzar)
 
 bool EditorDibujo::cargaDocumento(const char* ruta)
 {
-    dibujo_->hayCambios_ = true;
-    dibujo_->redibujar = true;
-    dibujo_->vistaAplicada = false;
+    dibujo_->edicionHecha();
     bool ok = false;
     {
         SerializadorBinarioLectura lector(ruta);
@@ -217,8 +215,7 @@ bool EditorDibujo::admiteCadena(const std::string& s)
 
 bool EditorDibujo::admiteCoordenadas(const double* valores, size_t n)
 {
-    // NaN and infinities would reach the extent, the snap and the DXF file as they are.
-    if (std::all_of(valores, valores + n, [](double v) { return std::isfinite(v); }))
+    if (numerosFinitos(valores, n))
     {
         return true;
     }

@@ -1,12 +1,13 @@
 #include "editor/LineaComandos.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 
 #include <strings.h>
+
+#include "base/Admisible.h"
 
 namespace cad
 {
@@ -47,7 +48,7 @@ void LineaComandos::introPulsado(const char* texto)
         }
         // atof also reads "nan", "inf" and overflows ("1e999"): such a line is no coordinate
         // at all, and the former coordinates stand.
-        if (std::all_of(campos, campos + n, [](double v) { return std::isfinite(v); }))
+        if (numerosFinitos(campos, n))
         {
             if (n >= 1)
             {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "documento/EstiloTexto.h"

@@ -1,7 +1,7 @@
 // Texto: body, painting, DXF record and sheet of a text entity.
 #include "entidades/Texto.h"
 
-#include "base/LongitudCadena.h"
+#include "base/Admisible.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "documento/EstiloTexto.h"

@@ -108,32 +108,6 @@ int demo()
     return diferencias == 0 ? 0 : 1;
 }
 
-int ejecuta(int argc, char** argv);
-
-}  // namespace
-
-int main(int argc, char** argv)
-{
-    // A failure of the kernel's own (a misused writer, exhausted memory) ends the order with
-    // a message and a failed exit, never with an abort.
-    try
-    {
-        return ejecuta(argc, argv);
-    }
-    catch (const cad::Excepcion&)
-    {
-        std::cerr << "tarvelo: error interno del núcleo\n";
-    }
-    catch (const std::exception& e)
-    {
-        std::cerr << "tarvelo: " << e.what() << "\n";
-    }
-    return 1;
-}
-
-namespace
-{
-
 int ejecuta(int argc, char** argv)
 {
     if (argc < 2)
@@ -193,3 +167,22 @@ int ejecuta(int argc, char** argv)
 }
 
 }  // namespace
+
+int main(int argc, char** argv)
+{
+    // A failure of the kernel's own (a misused writer, exhausted memory) ends the order with
+    // a message and a failed exit, never with an abort.
+    try
+    {
+        return ejecuta(argc, argv);
+    }
+    catch (const cad::Excepcion&)
+    {
+        std::cerr << "tarvelo: error interno del núcleo\n";
+    }
+    catch (const std::exception& e)
+    {
+        std::cerr << "tarvelo: " << e.what() << "\n";
+    }
+    return 1;
+}

@@ -1,6 +1,8 @@
-// The longest string that the document file can hold, and the test applied where one enters.
+// What the drawing admits from outside: strings the document file can hold, finite numbers.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <string>
 
@@ -15,6 +17,13 @@ inline constexpr size_t kLongitudMaximaCadena = 65534;
 inline bool cadenaAdmisible(const std::string& s)
 {
     return s.size() <= kLongitudMaximaCadena;
+}
+
+// True when none of the `n` values is NaN or infinite: such a value would reach the extent,
+// the snap and the files as it is.
+inline bool numerosFinitos(const double* valores, size_t n)
+{
+    return std::all_of(valores, valores + n, [](double v) { return std::isfinite(v); });
 }
 
 }  // namespace cad
