@@ -271,10 +271,13 @@ public:
     std::vector<std::unique_ptr<Capa>> capasRetiradas;
 
 private:
+    // The id family of materials in `generadorId`.
+    static constexpr const char* kFamiliaMateriales = "materiales";
+
     void asignaIds();
-    // After a load: each entity's layer reference finds its layer by id.
     // Points the current layer and style at items of the lists as they stand after a read.
     void reparaActuales();
+    // After a load: each entity's layer reference finds its layer by id.
     void ataReferencias();
 };
 

@@ -120,13 +120,7 @@ void ListaEntidades::extension(Rect3<double>& caja) const
     caja = Rect3<double>(Punto3<double>(1, 1, 1), Punto3<double>(0, 0, 0));
     for (const Entidad* e : *this)
     {
-        const Rect3<double> r = e->extension();
-        if (!r.esValido())
-        {
-            continue;
-        }
-        caja.amplia(r.minimo);
-        caja.amplia(r.maximo);
+        caja.une(e->extension());
     }
 }
 

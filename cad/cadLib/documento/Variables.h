@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 #include "base/ObjetoCAD.h"
@@ -96,5 +97,13 @@ public:
 
     Vector3D<double> valor;
 };
+
+// `v` as the class of its tag ("VIn", "VDb", "VSt", "V3D"), or null when it is of another.
+template <class Variable>
+Variable* comoVariable(VariableBase* v, const char* etiqueta)
+{
+    return v != nullptr && std::strcmp(v->etiqueta(), etiqueta) == 0 ? static_cast<Variable*>(v)
+                                                                     : nullptr;
+}
 
 }  // namespace cad

@@ -51,6 +51,17 @@ struct Rect3
         maximo = {std::max(maximo.x, punto.x), std::max(maximo.y, punto.y),
                   std::max(maximo.z, punto.z)};
     }
+
+    // Grows the box to hold `otra`; an empty box adds nothing, so an entity without points
+    // can't drag an extent to its inverted corners.
+    constexpr void une(const Rect3& otra)
+    {
+        if (otra.esValido())
+        {
+            amplia(otra.minimo);
+            amplia(otra.maximo);
+        }
+    }
 };
 
 }  // namespace cad
