@@ -15,6 +15,7 @@
 #include "documento/Capa.h"
 #include "documento/ReferenciaEntidades.h"
 #include "intercambio/ExportaDXF.h"
+#include "modelo/Modelo3D.h"
 #include "modelo/PuntosCalientes.h"
 #include "pantalla/PantallaCAD.h"
 
@@ -196,6 +197,17 @@ void Plano::setContorno(const Polilinea3D<double>& p)
         contorno.cerrada = p.cerrada;
     }
     reproyecta();
+}
+
+void Plano::aModelo(Modelo3D& m) const
+{
+    const int n = contorno.numeroVertices();
+    std::vector<int32_t> indices(static_cast<size_t>(n));
+    for (int i = 0; i < n; ++i)
+    {
+        indices[static_cast<size_t>(i)] = m.nuevoVertice(contorno.vertices[static_cast<size_t>(i)]);
+    }
+    m.nuevaCara(n, indices.data(), false, 0);
 }
 
 void Plano::paralela(double distancia)

@@ -22,6 +22,8 @@ namespace cad
 // normal is zero (all coefficients zero, as after Plano(2, puntos)) reprojects nothing, since
 // projecting on it would send every point to the origin; a kind-2 drag then takes the point
 // as dragged.
+class Modelo3D;
+
 class Plano : public EntidadLineal, public Plano3D<double>
 {
 public:
@@ -44,6 +46,8 @@ public:
     // The new d is exact only when (a, b, c) has unit length; a zero normal leaves the points
     // and still changes d.
     void paralela(double distancia);
+    // Appends the contour to `m` as new vertices and one face over them, in order.
+    void aModelo(Modelo3D& m) const;
     // Clamps the contour points lying past the line where this plane meets `destino` onto
     // that line, on the side where `destino` lies, then drops points that became collinear.
     // False, with the contour untouched, when either contour is empty, the planes are

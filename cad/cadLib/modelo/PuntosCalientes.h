@@ -14,6 +14,31 @@ namespace cad
 
 class Entidad;
 class PantallaCAD;
+struct cursor_t;
+
+// The view a pick is ranked in: the origin subtracted before projecting, the projection times
+// the model-view matrix, and the viewport in pixels.
+struct vista_t
+{
+    Punto3<double> origen;
+    Matriz4<double> matriz;
+    double ancho = 0.0;
+    double alto = 0.0;
+
+    // The display's current view.
+    static vista_t de(PantallaCAD& pantalla);
+};
+
+// Whether P lies on the segment A-B within `tol`. A segment with extent in x compares the
+// parameters of the three axes, so one flat in y or z never matches (a division by zero),
+// which decides what the pick and the edge search can find.
+bool puntoEnSegmento(const Punto3<double>& a, const Punto3<double>& b, const Punto3<double>& p,
+                     double tol);
+
+// Where the line through `origen` along `direccion` meets a polygon, cut into triangles by
+// plain ear clipping; false when it misses. `distancia` is measured from `origen`.
+bool intersecaCara(const std::vector<Punto3<double>>& poligono, const Punto3<double>& origen,
+                   const Vector3D<double>& direccion, Punto3<double>& punto, double& distancia);
 
 // The kind of a hot element. The values are compared numerically and index the per-kind
 // counters of numeraPuntos.
@@ -91,6 +116,11 @@ public:
     elemento_seleccionado_t punto(int i) const { return puntos[static_cast<size_t>(i)]; }
     // The record whose point is nearest in world distance; an empty record when none.
     elemento_seleccionado_t masCercano(const Punto3<double>& p) const;
+    // The element under the cursor, by kind first: a point in the pixel window, else an edge
+    // nearer the ray than any point, else the nearest front face, else a back face.
+    elemento_seleccionado_t cercano(const vista_t& vista, const cursor_t& cursor) const;
+    // The record nearest the cursor's ray, with no pixel window.
+    elemento_seleccionado_t cercanoRayo(const vista_t& vista, const cursor_t& cursor) const;
     // Paints the records of `puntos` in the configured hot colours.
     void dibuja(PantallaCAD& pantalla) const;
     // Paints the hot edges and faces in their configured colours.

@@ -1,0 +1,301 @@
+// Modelo3D: the winged-edge polygon mesh behind solids, surfaces and photographs.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "base/geometria/Punto3.h"
+#include "base/geometria/Rect3.h"
+#include "base/geometria/Vector2D.h"
+#include "base/geometria/Vector3D.h"
+
+namespace cad
+{
+
+class Entidad;
+class PantallaCAD;
+class SerializadorEscrituraBase;
+class SerializadorLecturaBase;
+
+// One vertex. `arista` is one edge that touches it, -1 when none does (a fresh or a dead
+// vertex).
+struct vertice_t
+{
+    Punto3<double> punto;
+    Vector2D<float> uv;
+    int32_t arista = -1;
+
+    bool esValido() const { return arista != -1; }
+};
+
+// One edge: oriented vertice[0] -> vertice[1] when walked in cara[0], the other way in cara[1].
+// A dead edge has -1 in every index field.
+struct Arista
+{
+    int32_t vertice[2] = {-1, -1};
+    int32_t siguienteCara0 = -1;
+    int32_t anteriorCara0 = -1;
+    int32_t siguienteCara1 = -1;
+    int32_t anteriorCara1 = -1;
+    int32_t cara[2] = {-1, -1};
+    int32_t viva = 0;  // sharp: a face with such an edge is painted flat
+
+    // Neither end is -1 (an unsigned comparison, as the file stores them).
+    bool esValida() const
+    {
+        return static_cast<uint32_t>(vertice[0]) < 0xFFFFFFFFU &&
+               static_cast<uint32_t>(vertice[1]) < 0xFFFFFFFFU;
+    }
+    bool tieneDosCaras() const { return cara[0] != -1 && cara[1] != -1; }
+    bool esFrontera() const { return cara[0] == -1 || cara[1] == -1; }
+    bool toca(int32_t v) const { return vertice[0] == v || vertice[1] == v; }
+    // The end of this edge that `otra` does not have, else vertice[1].
+    int32_t otroVertice(const Arista& otra) const
+    {
+        return otra.toca(vertice[0]) ? vertice[1] : vertice[0];
+    }
+    // The edge after this one around `c`: side 0 first, as every walk takes it; -1 when the
+    // edge names `c` on neither side.
+    int32_t siguienteEn(int32_t c) const
+    {
+        return cara[0] == c ? siguienteCara0 : (cara[1] == c ? siguienteCara1 : -1);
+    }
+    int32_t anteriorEn(int32_t c) const
+    {
+        return cara[0] == c ? anteriorCara0 : (cara[1] == c ? anteriorCara1 : -1);
+    }
+};
+
+// One face. `arista` -1 marks a deleted face; a zero normal is one not computed yet.
+struct cara_t
+{
+    int32_t arista = -1;
+    Vector3D<float> normal;
+    uint16_t material = 0;
+};
+
+static_assert(sizeof(vertice_t) == 40 && sizeof(Arista) == 36 && sizeof(cara_t) == 20,
+              "the mesh records are the memory of a survey model: keep them packed");
+
+class Aristas;
+
+// An edge handle: the index and the table; -1 and null past either end.
+struct handle_arista_t
+{
+    int32_t indice = -1;
+    Aristas* aristas = nullptr;
+};
+
+// The edge table and its two notification hooks, plain functions of an index that do nothing
+// outside an edit.
+class Aristas
+{
+public:
+    using aviso_t = void (*)(int32_t);
+
+    Aristas() = default;
+    // A copy takes the records; its hooks are the idle ones.
+    Aristas(const Aristas& otra) : lista(otra.lista) {}
+    Aristas(Aristas&& otra) noexcept : lista(std::move(otra.lista)) {}
+    Aristas& operator=(const Aristas& otra)
+    {
+        lista = otra.lista;
+        return *this;
+    }
+    Aristas& operator=(Aristas&& otra) noexcept
+    {
+        lista = std::move(otra.lista);
+        return *this;
+    }
+
+    std::vector<Arista>::iterator begin() { return lista.begin(); }
+    std::vector<Arista>::iterator end() { return lista.end(); }
+    std::vector<Arista>::const_iterator begin() const { return lista.begin(); }
+    std::vector<Arista>::const_iterator end() const { return lista.end(); }
+    Arista& operator[](int32_t i) { return lista[static_cast<size_t>(i)]; }
+    const Arista& operator[](int32_t i) const { return lista[static_cast<size_t>(i)]; }
+    int32_t size() const { return static_cast<int32_t>(lista.size()); }
+    bool empty() const { return lista.empty(); }
+    bool enRango(int32_t i) const { return i >= 0 && i < size(); }
+
+    // Appends a record and returns its index.
+    int32_t nueva(const Arista& a);
+    // Records whose two ends are valid, an end counting as invalid when it is -1 or -2.
+    int32_t aristasValidas() const;
+    // Appends the edges around `vertice` reached from `inicial` through the wings, in the
+    // order of a depth-first stack; edges that don't touch the vertex end a branch.
+    void incidentes(std::vector<int32_t>& out, int32_t vertice, int32_t inicial) const;
+    // The edge between v1 and v2 found around v1 from a1, else around v2 from a2 when a1 is
+    // -1; -1 when there is none.
+    int32_t busca(int32_t v1, int32_t v2, int32_t a1, int32_t a2) const;
+
+    std::vector<Arista> lista;
+    aviso_t alNuevoVertice = &sinAviso;
+    aviso_t alNuevaArista = &sinAviso;
+
+    static void sinAviso(int32_t) {}
+
+private:
+    // The search of incidentes, stopping at the first edge that `para` accepts.
+    template <class Para>
+    int32_t recorreIncidentes(int32_t vertice, int32_t inicial, std::vector<int32_t>* out,
+                              Para para) const;
+};
+
+// Walks an edge table by position.
+class TIteradorAristas
+{
+public:
+    explicit TIteradorAristas(Aristas& a, int32_t posicion = 0) : aristas_(a), pos_(posicion) {}
+    virtual ~TIteradorAristas() = default;
+
+    // The current position, then one step forward.
+    virtual handle_arista_t siguiente();
+    // One step back, then that position.
+    virtual handle_arista_t anterior();
+    // The current position, without moving.
+    virtual handle_arista_t actual();
+
+private:
+    handle_arista_t en(int32_t i);
+
+    Aristas& aristas_;
+    int32_t pos_;
+};
+
+enum representacion_modelos
+{
+    kAlambrica = 0,
+    kConceptual = 1,
+    kOculto = 2,
+    kRealista = 3,
+    kRayosX = 4,
+    kTexturas = 5
+};
+
+class Modelo3D
+{
+public:
+    Modelo3D() = default;
+    // Copies the five lists; the rest starts afresh.
+    Modelo3D(const Modelo3D& otro);
+    Modelo3D& operator=(const Modelo3D& otro);
+    virtual ~Modelo3D();
+
+    // Box of every vertex record, dead ones included; an empty model gives (0,0,0)-(-1,-1,-1).
+    virtual Rect3<double> caja() const;
+    // Mean of every vertex record; NaN for an empty model.
+    Punto3<double> centroide() const;
+    void limpia();
+
+    int32_t nuevoVertice(const Punto3<double>& p);
+    int32_t nuevoVertice(const Punto3<double>& p, const Vector2D<float>& uv);
+    void nuevosVertices(int n, const Punto3<double>* puntos);
+    // Makes room for so many more records, so that a big build grows its lists once.
+    void reserva(size_t vertices, size_t aristas, size_t caras);
+    // A face on existing vertices, in the order given; returns its index, or -1 when no face
+    // was made (no corners).
+    int32_t nuevaCara(int n, const int32_t* indices, bool viva, uint16_t material);
+    // Appends the n corners as new vertices (uv 0,0 when `uvs` is null), then the face.
+    int32_t nuevaCara(int n, const Punto3<double>* puntos, const Vector2D<float>* uvs, bool viva,
+                      uint16_t material);
+
+    const vertice_t& getVertice(int32_t v) const { return vertices_[static_cast<size_t>(v)]; }
+    void setPunto(int32_t v, const Punto3<double>& p) { vertices_[static_cast<size_t>(v)].punto = p; }
+    // The face's vertex cycle, starting at its first given corner; empty for a deleted face.
+    void getVerticesCara(int32_t cara, std::vector<int32_t>& out) const;
+    void getCoordenadasCara(int32_t cara, std::vector<Punto3<double>>& out) const;
+    void getAristasCara(int32_t cara, std::vector<int32_t>& out) const;
+    void getHandlesCara(int32_t cara, std::vector<handle_arista_t>& out);
+    void getPunterosCara(int32_t cara, std::vector<Arista*>& out);
+    // Distinct materials of every face record, in order of first appearance, after what `out`
+    // already holds.
+    void getMaterialesCaras(std::vector<uint16_t>& out) const;
+    void setMaterialCara(int32_t cara, uint16_t material)
+    {
+        caras_[static_cast<size_t>(cara)].material = material;
+    }
+    uint16_t getMaterialCara(int32_t cara) const
+    {
+        return caras_[static_cast<size_t>(cara)].material;
+    }
+    // Old id -> new id; ids the map lacks stay.
+    void remapeaMateriales(const std::map<uint16_t, uint16_t>& mapa);
+    void setCoordenadasUV(int32_t v, const Vector2D<float>& uv)
+    {
+        vertices_[static_cast<size_t>(v)].uv = uv;
+    }
+    void getCoordenadasUV(std::vector<Vector2D<float>>& out) const;
+    void getPuntos(std::vector<Punto3<double>>& out) const;
+    void getExtremosAristas(std::vector<uint32_t>& out) const;
+
+    // The cached unit normal, computed and kept on first request; a degenerate face keeps
+    // answering zero and is computed again each time.
+    Vector3D<float> normalCara(int32_t cara);
+    void recalculaNormales();
+    // One unit normal per vertex record: the sum of its faces' normals; 0,0,1 where none.
+    void normalesVertices(std::vector<Vector3D<float>>& out);
+    Punto3<double> centroCara(int32_t cara) const;
+    // Vertex index triples by ear clipping, choosing the shortest diagonal.
+    void triangulaCara(int32_t cara, std::vector<int32_t>& out) const;
+    // The first three corners of the cycle; -1 for those a face lacks.
+    void primerosVertices(int32_t cara, int32_t& a, int32_t& b, int32_t& c) const;
+
+    // Installs the edit hooks and makes this the current model; terminaEdicion undoes both.
+    void iniciaEdicion();
+    void terminaEdicion();
+    // The model an edit is running on, or null.
+    static Modelo3D* actual();
+
+    // The body as a compact copy: private vertices per face, one face per edge.
+    void escribe(SerializadorEscrituraBase& s) const;
+    // False when a count can't be read or the records don't form a sound mesh.
+    bool lee(SerializadorLecturaBase& s);
+
+    void dibuja(PantallaCAD& pantalla, int modo, Entidad* entidad);
+
+    std::vector<vertice_t>& vertices() { return vertices_; }
+    const std::vector<vertice_t>& vertices() const { return vertices_; }
+    Aristas& aristas() { return aristas_; }
+    const Aristas& aristas() const { return aristas_; }
+    std::vector<cara_t>& caras() { return caras_; }
+    const std::vector<cara_t>& caras() const { return caras_; }
+
+    std::vector<uint32_t> coloresVertices;
+    std::vector<uint32_t> coloresCaras;
+    int32_t modificado = 0;
+
+private:
+    // Calls `f(arista)` for each edge of the face's cycle. The walk ends where the cycle
+    // closes, and also where a record breaks it, after at most as many steps as there are
+    // edges: no walk of a damaged model can run forever.
+    template <class F>
+    void recorreCara(int32_t cara, F&& f) const;
+    // The vertex cycle of a face into `out`, stopping after `maximo` corners.
+    void verticesCara(int32_t cara, std::vector<int32_t>& out, size_t maximo) const;
+    Vector3D<float> calculaNormal(int32_t cara) const;
+    // Whether the records read from a file form a mesh every walk can trust.
+    bool estructuraSana() const;
+    // The edit hook: the new edge becomes the `arista` of both its ends in the current model.
+    static void avisoNuevaArista(int32_t arista);
+
+    double reservado_[6] = {0, 0, 0, 0, 0, 0};
+    Modelo3D* contextoGuardado_ = nullptr;
+    std::vector<vertice_t> vertices_;
+    Aristas aristas_;
+    std::vector<cara_t> caras_;
+
+public:
+    int32_t transformable = 1;
+
+private:
+    // Kept for the file's shape of the class; nothing fills it.
+    std::unique_ptr<std::vector<int32_t>> cacheAdyacencia_;
+    // Nested edits of one model (a face built inside a larger edit) keep the hooks until the
+    // outermost one ends.
+    int32_t profundidadEdicion_ = 0;
+};
+
+}  // namespace cad
