@@ -7,10 +7,12 @@
 
 #include "Fendrix/Fendrix.h"
 #include "PantallaReferencia.h"
+#include "base/SerializadorBinarioEscritura.h"
 #include "documento/Dibujo.h"
 #include "entidades/Linea.h"
 #include "entidades/Polilinea.h"
 #include "entidades/Punto.h"
+#include "modelo/Modelo3D.h"
 
 namespace
 {
@@ -55,6 +57,33 @@ void llena(Fendrix::WrapDibujoCAD& dibujo, cad::PantallaReferencia& pantalla)
     d.nuevaEntidad(new cad::Polilinea(3, contorno));
 }
 
+// The mesh reader's seed: a body as escribe writes it, of a cube on shared corners and a
+// pentagon of its own.
+bool escribeMalla(const std::string& ruta)
+{
+    cad::Modelo3D m;
+    for (int i = 0; i < 8; ++i)
+    {
+        m.nuevoVertice({static_cast<double>(i & 1), static_cast<double>((i >> 1) & 1),
+                        static_cast<double>((i >> 2) & 1)});
+    }
+    const int32_t caras[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
+                                 {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
+    for (const auto& c : caras)
+    {
+        m.nuevaCara(4, c, false, 0);
+    }
+    const cad::Punto3<double> pentagono[5] = {
+        {3, 0, 0}, {5, 0, 0}, {5, 2, 0}, {4, 1, 0}, {3, 2, 0}};
+    m.nuevaCara(5, pentagono, nullptr, false, 2);
+    cad::SerializadorBinarioEscritura w;
+    m.escribe(w);
+    const std::vector<uint8_t> b = w.bytes();
+    std::ofstream f(ruta, std::ios::binary);
+    f.write(reinterpret_cast<const char*>(b.data()), static_cast<std::streamsize>(b.size()));
+    return static_cast<bool>(f);
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -88,5 +117,5 @@ int main(int argc, char** argv)
     }
     std::ofstream truncado(carpeta + "truncado.tcad", std::ios::binary);
     truncado.write(completo.data(), static_cast<std::streamsize>(completo.size() / 2));
-    return truncado ? 0 : 1;
+    return truncado && escribeMalla(carpeta + "cubo.malla") ? 0 : 1;
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds and runs every test: the optimised build, then the AddressSanitizer + UBSan build,
-# then a minute of fuzzing of the document reader.
+# then a minute of fuzzing of each reader: the document, its round trip and the mesh body.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -116,11 +116,15 @@ bool enTriangulo(const Punto3<double>& w, const Punto3<double>& p, const Punto3<
 class Empaquetador
 {
 public:
-    explicit Empaquetador(SerializadorEscrituraBase& s) : s_(s), datos_(kTrozo) {}
+    // `total`, the bytes to come, only sizes the buffer: a small body needs a small one.
+    Empaquetador(SerializadorEscrituraBase& s, size_t total)
+        : s_(s), datos_(std::clamp(total, size_t{64}, kTrozo))
+    {
+    }
     template <class T>
     void pon(const T& v)
     {
-        if (n_ + sizeof(T) > kTrozo)
+        if (n_ + sizeof(T) > datos_.size())
         {
             vacia();
         }
@@ -262,7 +266,10 @@ handle_arista_t TIteradorAristas::anterior()
     return en(pos_);
 }
 
-handle_arista_t TIteradorAristas::actual() { return en(pos_); }
+handle_arista_t TIteradorAristas::actual()
+{
+    return en(pos_);
+}
 
 // -------------------------------------------------------------------------------------------
 // Life of a model
@@ -333,7 +340,10 @@ void Modelo3D::limpia()
     caras_.clear();
 }
 
-int32_t Modelo3D::nuevoVertice(const Punto3<double>& p) { return nuevoVertice(p, {0.0F, 0.0F}); }
+int32_t Modelo3D::nuevoVertice(const Punto3<double>& p)
+{
+    return nuevoVertice(p, {0.0F, 0.0F});
+}
 
 int32_t Modelo3D::nuevoVertice(const Punto3<double>& p, const Vector2D<float>& uv)
 {
@@ -363,7 +373,10 @@ void Modelo3D::reserva(size_t vertices, size_t aristas, size_t caras)
 // -------------------------------------------------------------------------------------------
 // Edits and their hooks
 
-Modelo3D* Modelo3D::actual() { return modeloActual; }
+Modelo3D* Modelo3D::actual()
+{
+    return modeloActual;
+}
 
 void Modelo3D::avisoNuevaArista(int32_t arista)
 {
@@ -841,8 +854,9 @@ void Modelo3D::triangulaCara(int32_t cara, std::vector<int32_t>& out) const
             {
                 continue;
             }
-            const bool vacia = std::none_of(l.begin(), l.end(), [&](int32_t w)
-                                            { return enTriangulo(punto(w), p, q, r, kVuelta); });
+            const bool vacia =
+                std::none_of(l.begin(), l.end(),
+                             [&](int32_t w) { return enTriangulo(punto(w), p, q, r, kVuelta); });
             if (vacia)
             {
                 mejor = i;
@@ -886,8 +900,8 @@ void Modelo3D::escribe(SerializadorEscrituraBase& s) const
         tamanos.push_back(static_cast<uint32_t>(ciclo.size()));
         materiales.push_back(caras_[f].material);
     }
-    Empaquetador e(s);
     const auto total = static_cast<uint32_t>(esquinas.size());
+    Empaquetador e(s, 12 + 72 * static_cast<size_t>(total) + 6 * tamanos.size());
     e.pon(total);
     uint32_t base = 0;
     for (const uint32_t n : tamanos)
@@ -912,8 +926,9 @@ void Modelo3D::escribe(SerializadorEscrituraBase& s) const
         for (uint32_t k = 0; k < n; ++k)
         {
             const uint32_t siguiente = base + (k + 1) % n;
-            const uint32_t campos[9] = {base + k, siguiente,   siguiente,   base + (k + n - 1) % n,
-                                        0xFFFFFFFFU, 0xFFFFFFFFU, cara, 0xFFFFFFFFU, 0};
+            const uint32_t campos[9] = {
+                base + k, siguiente,   siguiente, base + (k + n - 1) % n, 0xFFFFFFFFU, 0xFFFFFFFFU,
+                cara,     0xFFFFFFFFU, 0};
             for (const uint32_t c : campos)
             {
                 e.pon(c);
@@ -943,7 +958,7 @@ template <class Toma>
 bool leeRegistros(SerializadorLecturaBase& s, uint32_t n, size_t tamano, Toma toma)
 {
     constexpr size_t kPorTrozo = 8192;
-    std::vector<uint8_t> trozo(kPorTrozo * tamano);
+    std::vector<uint8_t> trozo(std::min<size_t>(kPorTrozo, n) * tamano);
     for (uint32_t hechos = 0; hechos < n;)
     {
         const auto cuantos = static_cast<uint32_t>(std::min<size_t>(kPorTrozo, n - hechos));
@@ -1065,7 +1080,7 @@ bool Modelo3D::estructuraSana() const
         if (a.vertice[0] == -1 && a.vertice[1] == -1)
         {
             const int32_t campos[6] = {a.siguienteCara0, a.anteriorCara0, a.siguienteCara1,
-                                       a.anteriorCara1, a.cara[0],        a.cara[1]};
+                                       a.anteriorCara1,  a.cara[0],       a.cara[1]};
             if (std::any_of(campos, campos + 6, [](int32_t c) { return c != -1; }))
             {
                 return false;
@@ -1132,7 +1147,7 @@ void Modelo3D::dibuja(PantallaCAD& pantalla, int modo, Entidad* entidad)
     {
         return;
     }
-    const bool sombreado = modo == kRealista || modo == kTexturas;
+    const bool sombreado = modo == PantallaCAD::kRealista || modo == PantallaCAD::kTexturas;
     std::vector<Vector3D<float>> normalesCompartidas;
     if (sombreado)
     {
@@ -1146,7 +1161,7 @@ void Modelo3D::dibuja(PantallaCAD& pantalla, int modo, Entidad* entidad)
     const uint32_t argb = (abgr & 0xFF00FF00U) | ((abgr & 0xFFU) << 16) | ((abgr >> 16) & 0xFFU);
     // Faces coloured one by one bring their own corners, so each corner can carry its face's
     // colour.
-    const bool porCara = modo == kConceptual && !coloresCaras.empty();
+    const bool porCara = modo == PantallaCAD::kConceptual && !coloresCaras.empty();
 
     std::vector<Punto3<double>> puntos;
     std::vector<float> uv;
@@ -1233,11 +1248,11 @@ void Modelo3D::dibuja(PantallaCAD& pantalla, int modo, Entidad* entidad)
         { pantalla.caras(static_cast<int>(poligonos.size()), poligonos.data()); };
         switch (modo)
         {
-            case kAlambrica:
+            case PantallaCAD::kAlambrica:
                 daAristas();
                 daColoresVertices();
                 break;
-            case kConceptual:
+            case PantallaCAD::kConceptual:
                 if (porCara)
                 {
                     pantalla.coloresVertices(static_cast<int>(colores.size()), colores.data());
@@ -1248,18 +1263,18 @@ void Modelo3D::dibuja(PantallaCAD& pantalla, int modo, Entidad* entidad)
                 }
                 daPoligonos();
                 break;
-            case kOculto:
-            case kRayosX:
+            case PantallaCAD::kOculto:
+            case PantallaCAD::kRayosX:
                 daAristas();
                 daColoresVertices();
                 daPoligonos();
                 break;
-            case kRealista:
+            case PantallaCAD::kRealista:
                 daColoresVertices();
                 pantalla.normales(static_cast<int>(normales.size()), normales.data());
                 daPoligonos();
                 break;
-            case kTexturas:
+            case PantallaCAD::kTexturas:
                 pantalla.coordenadasUV(static_cast<int>(uv.size() / 2), uv.data());
                 daPoligonos();
                 break;

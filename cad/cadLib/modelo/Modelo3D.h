@@ -10,12 +10,12 @@
 #include "base/geometria/Rect3.h"
 #include "base/geometria/Vector2D.h"
 #include "base/geometria/Vector3D.h"
+#include "pantalla/PantallaCAD.h"
 
 namespace cad
 {
 
 class Entidad;
-class PantallaCAD;
 class SerializadorEscrituraBase;
 class SerializadorLecturaBase;
 
@@ -165,15 +165,8 @@ private:
     int32_t pos_;
 };
 
-enum representacion_modelos
-{
-    kAlambrica = 0,
-    kConceptual = 1,
-    kOculto = 2,
-    kRealista = 3,
-    kRayosX = 4,
-    kTexturas = 5
-};
+// The representations a model paints in, as the display takes them.
+using representacion_modelos = PantallaCAD::representacion;
 
 class Modelo3D
 {
@@ -203,7 +196,10 @@ public:
                       uint16_t material);
 
     const vertice_t& getVertice(int32_t v) const { return vertices_[static_cast<size_t>(v)]; }
-    void setPunto(int32_t v, const Punto3<double>& p) { vertices_[static_cast<size_t>(v)].punto = p; }
+    void setPunto(int32_t v, const Punto3<double>& p)
+    {
+        vertices_[static_cast<size_t>(v)].punto = p;
+    }
     // The face's vertex cycle, starting at its first given corner; empty for a deleted face.
     void getVerticesCara(int32_t cara, std::vector<int32_t>& out) const;
     void getCoordenadasCara(int32_t cara, std::vector<Punto3<double>>& out) const;

@@ -163,7 +163,8 @@ void orejas(std::vector<Punto3<double>> l, std::vector<Punto3<double>>& triples)
             const Punto3<double>& q = l[i];
             const Punto3<double>& r = l[(i + 1) % n];
             const bool vacia = std::none_of(
-                l.begin(), l.end(), [&](const Punto3<double>& w)
+                l.begin(), l.end(),
+                [&](const Punto3<double>& w)
                 { return !(w == p || w == q || w == r) && dentro(w, p, q, r, kVueltaOreja); });
             if (vacia)
             {
@@ -274,8 +275,8 @@ bool intersecaCara(const std::vector<Punto3<double>>& poligono, const Punto3<dou
         }
         const double s = -(n.dot(r0) + desplazamiento) / den;
         const Punto3<double> h = origen + direccion * s;
-        bool interior = h.distancia(a) < kTolCara || h.distancia(b) < kTolCara ||
-                        h.distancia(c) < kTolCara;
+        bool interior =
+            h.distancia(a) < kTolCara || h.distancia(b) < kTolCara || h.distancia(c) < kTolCara;
         if (!interior)
         {
             interior = dentro(h, a, b, c, 6.283185307179586 - kTolCara) &&
@@ -315,8 +316,7 @@ elemento_seleccionado_t PuntosCalientes::cercanoRayo(const vista_t&, const curso
     return r;
 }
 
-elemento_seleccionado_t PuntosCalientes::cercano(const vista_t& vista,
-                                                 const cursor_t& cursor) const
+elemento_seleccionado_t PuntosCalientes::cercano(const vista_t& vista, const cursor_t& cursor) const
 {
     const int t = Configuracion::instancia().valor(Configuracion::kVentanaReferencia);
     const Punto3<double>& r0 = cursor.posicion;
