@@ -12,6 +12,7 @@
 #include "base/SerializadorBinarioLectura.h"
 #include "modelo/Modelo3D.h"
 #include "soporte/ComprobadorMalla.h"
+#include "soporte/MallasPrueba.h"
 
 namespace cad
 {
@@ -20,19 +21,9 @@ namespace
 
 using Bytes = std::vector<uint8_t>;
 using P = Punto3<double>;
-
-Bytes cuerpoDe(const Modelo3D& m)
-{
-    SerializadorBinarioEscritura w;
-    m.escribe(w);
-    return w.bytes();
-}
-
-bool leeCuerpo(const Bytes& b, Modelo3D& m)
-{
-    SerializadorBinarioLectura r(b.data(), b.size());
-    return m.lee(r);
-}
+using prueba::cubo;
+using prueba::cuerpoDe;
+using prueba::leeCuerpo;
 
 // The body lee reads: a u32 count and the records, for vertices, edges and faces in turn.
 constexpr size_t kTamano[3] = {36, 36, 6};
@@ -121,21 +112,6 @@ bool registrosDe(const Bytes& b, Modelo3D& m)
         m.caras().push_back(c);
     }
     return true;
-}
-
-// The unit cube on eight shared corners, wound outwards.
-void cubo(Modelo3D& m)
-{
-    for (int i = 0; i < 8; ++i)
-    {
-        m.nuevoVertice(P(i & 1, (i >> 1) & 1, (i >> 2) & 1));
-    }
-    const int32_t caras[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
-                                 {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
-    for (const auto& c : caras)
-    {
-        m.nuevaCara(4, c, false, 0);
-    }
 }
 
 // The bodies the mutations start from: the cube and a strip of a concave pentagon, a

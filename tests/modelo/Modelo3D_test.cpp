@@ -12,6 +12,7 @@
 #include "base/SerializadorBinarioLectura.h"
 #include "entidades/Punto.h"
 #include "soporte/ComprobadorMalla.h"
+#include "soporte/MallasPrueba.h"
 
 namespace cad
 {
@@ -19,42 +20,10 @@ namespace
 {
 
 using P = Punto3<double>;
-
-// A grid of nx by ny quads, vertex (i, j) at (i, j, 0), faces counter-clockwise from above.
-void cuadricula(Modelo3D& m, int nx, int ny)
-{
-    for (int j = 0; j <= ny; ++j)
-    {
-        for (int i = 0; i <= nx; ++i)
-        {
-            m.nuevoVertice(P(i, j, 0));
-        }
-    }
-    for (int j = 0; j < ny; ++j)
-    {
-        for (int i = 0; i < nx; ++i)
-        {
-            const int32_t a = j * (nx + 1) + i;
-            const int32_t q[4] = {a, a + 1, a + nx + 2, a + nx + 1};
-            m.nuevaCara(4, q, false, 0);
-        }
-    }
-}
-
-// The unit cube on eight shared vertices, every face wound outwards.
-void cubo(Modelo3D& m)
-{
-    for (int i = 0; i < 8; ++i)
-    {
-        m.nuevoVertice(P(i & 1, (i >> 1) & 1, (i >> 2) & 1));
-    }
-    const int32_t caras[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
-                                 {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
-    for (const auto& c : caras)
-    {
-        m.nuevaCara(4, c, false, 0);
-    }
-}
+using prueba::cuadricula;
+using prueba::cubo;
+using prueba::cuerpoDe;
+using prueba::leeCuerpo;
 
 std::vector<int32_t> ciclo(const Modelo3D& m, int32_t cara)
 {
@@ -420,19 +389,6 @@ TEST(Modelo3D, EdicionesAnidadasYModeloActual)
     EXPECT_TRUE(mallaSana(b));
 }
 
-std::vector<uint8_t> cuerpo(const Modelo3D& m)
-{
-    SerializadorBinarioEscritura w;
-    m.escribe(w);
-    return w.bytes();
-}
-
-bool leeCuerpo(const std::vector<uint8_t>& b, Modelo3D& m)
-{
-    SerializadorBinarioLectura r(b.data(), b.size());
-    return m.lee(r);
-}
-
 TEST(Modelo3D, CuerpoDeUnTrianguloByteAByte)
 {
     Modelo3D m;
@@ -463,7 +419,7 @@ TEST(Modelo3D, CuerpoDeUnTrianguloByteAByte)
     w.escribeCortoSinSigno(7);
     const std::vector<uint8_t> esperado = w.bytes();
     EXPECT_EQ(esperado.size(), 234U);
-    EXPECT_EQ(cuerpo(m), esperado);
+    EXPECT_EQ(cuerpoDe(m), esperado);
     Modelo3D leido;
     ASSERT_TRUE(leeCuerpo(esperado, leido));
     EXPECT_TRUE(mallaSana(leido));
@@ -523,7 +479,7 @@ TEST(Modelo3D, ElCuerpoEsLaCopiaCompactaYVuelveSinVecinos)
     cubo(m);
     m.setMaterialCara(2, 4);
     EXPECT_TRUE(mallaSana(m));
-    const std::vector<uint8_t> b = cuerpo(m);
+    const std::vector<uint8_t> b = cuerpoDe(m);
     EXPECT_EQ(b, cuerpoLiteral(m));
 
     Modelo3D leido;
@@ -547,7 +503,7 @@ TEST(Modelo3D, ElCuerpoEsLaCopiaCompactaYVuelveSinVecinos)
         EXPECT_EQ(leido.getMaterialCara(f), m.getMaterialCara(f));
     }
     // Stored again, the reloaded model gives the same bytes: the copy of a copy is itself.
-    EXPECT_EQ(cuerpo(leido), b);
+    EXPECT_EQ(cuerpoDe(leido), b);
 
     // Deleted faces and odd cycles: the body still equals the literal copy.
     Modelo3D g;
@@ -556,8 +512,8 @@ TEST(Modelo3D, ElCuerpoEsLaCopiaCompactaYVuelveSinVecinos)
     g.nuevaCara(2, par, nullptr, true, 3);
     EXPECT_TRUE(mallaSana(g));
     g.caras()[4].arista = -1;
-    EXPECT_EQ(cuerpo(g), cuerpoLiteral(g));
-    ASSERT_TRUE(leeCuerpo(cuerpo(g), leido));
+    EXPECT_EQ(cuerpoDe(g), cuerpoLiteral(g));
+    ASSERT_TRUE(leeCuerpo(cuerpoDe(g), leido));
     EXPECT_EQ(leido.caras().size(), 6U);
     EXPECT_TRUE(mallaSana(leido));
 
