@@ -117,6 +117,18 @@ void liberaMemoria_t::operator()(unsigned char* p) const
     std::free(p);
 }
 
+void paginasGrandes(const void* p, size_t n)
+{
+    constexpr uintptr_t kPaginaGrande = uintptr_t{2} << 20;
+    // Only whole huge pages inside the block: the advice must not reach memory of others.
+    const auto inicio = (reinterpret_cast<uintptr_t>(p) + kPaginaGrande - 1) & ~(kPaginaGrande - 1);
+    const auto fin = (reinterpret_cast<uintptr_t>(p) + n) & ~(kPaginaGrande - 1);
+    if (p != nullptr && fin > inicio)
+    {
+        ::madvise(reinterpret_cast<void*>(inicio), fin - inicio, MADV_HUGEPAGE);
+    }
+}
+
 memoria_t reservaMemoria(size_t n)
 {
     constexpr size_t kPaginaGrande = size_t{2} << 20;

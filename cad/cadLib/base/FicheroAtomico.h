@@ -31,6 +31,9 @@ struct liberaMemoria_t
 using memoria_t = std::unique_ptr<unsigned char[], liberaMemoria_t>;
 // `n` bytes, not initialised; throws std::bad_alloc when there is no memory.
 memoria_t reservaMemoria(size_t n);
+// Asks for huge pages under the untouched memory of a large block already reserved (a
+// vector's capacity about to be filled); small blocks and systems without them are left be.
+void paginasGrandes(const void* p, size_t n);
 
 // The failure of a system call on `ruta` as words for the user. `escritura` tells a write
 // from a read; `codigo` is an errno value.

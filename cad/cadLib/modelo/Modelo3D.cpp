@@ -6,6 +6,7 @@
 #include <limits>
 #include <unordered_set>
 
+#include "base/FicheroAtomico.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "entidades/Entidad.h"
@@ -94,6 +95,30 @@ private:
     std::unordered_set<int32_t> resto_;
 };
 
+// Makes room for `n` more records; the fresh part of a large list comes in huge pages, as a
+// survey model's first touch of its memory costs more than filling it.
+template <class T>
+void reservaLista(std::vector<T>& v, size_t n)
+{
+    const size_t antes = v.capacity();
+    v.reserve(v.size() + n);
+    if (v.capacity() != antes)
+    {
+        paginasGrandes(v.data() + v.size(), (v.capacity() - v.size()) * sizeof(T));
+    }
+}
+
+// One more record: the list doubles as a vector would, its new part in huge pages.
+template <class T>
+void anade(std::vector<T>& v, const T& registro)
+{
+    if (v.size() == v.capacity())
+    {
+        reservaLista(v, std::max<size_t>(v.size(), 64));
+    }
+    v.push_back(registro);
+}
+
 // Is `w` in the triangle p, q, r? A point equal to a corner is not; otherwise the three angles
 // it sees the sides under must add up to a full turn, less the given slack.
 bool enTriangulo(const Punto3<double>& w, const Punto3<double>& p, const Punto3<double>& q,
@@ -154,7 +179,7 @@ private:
 
 int32_t Aristas::nueva(const Arista& a)
 {
-    lista.push_back(a);
+    anade(lista, a);
     return static_cast<int32_t>(lista.size() - 1);
 }
 
@@ -347,7 +372,7 @@ int32_t Modelo3D::nuevoVertice(const Punto3<double>& p)
 
 int32_t Modelo3D::nuevoVertice(const Punto3<double>& p, const Vector2D<float>& uv)
 {
-    vertices_.push_back({p, uv, -1});
+    anade(vertices_, vertice_t{p, uv, -1});
     modificado = 1;
     const auto v = static_cast<int32_t>(vertices_.size() - 1);
     aristas_.alNuevoVertice(v);
@@ -365,9 +390,9 @@ void Modelo3D::nuevosVertices(int n, const Punto3<double>* puntos)
 
 void Modelo3D::reserva(size_t vertices, size_t aristas, size_t caras)
 {
-    vertices_.reserve(vertices_.size() + vertices);
-    aristas_.lista.reserve(aristas_.lista.size() + aristas);
-    caras_.reserve(caras_.size() + caras);
+    reservaLista(vertices_, vertices);
+    reservaLista(aristas_.lista, aristas);
+    reservaLista(caras_, caras);
 }
 
 // -------------------------------------------------------------------------------------------
@@ -496,7 +521,7 @@ int32_t Modelo3D::nuevaCara(int n, const int32_t* indices, bool viva, uint16_t m
         cara_t c;
         c.arista = lista[0];
         c.material = material;
-        caras_.push_back(c);
+        anade(caras_, c);
         cara = f;
     }
     terminaEdicion();
@@ -1011,7 +1036,7 @@ bool Modelo3D::lee(SerializadorLecturaBase& s)
     {
         return desecha();
     }
-    vertices_.reserve(n);
+    reservaLista(vertices_, n);
     bool completo = leeRegistros(s, n, kVertice,
                                  [this](const uint8_t* p)
                                  {
@@ -1028,7 +1053,7 @@ bool Modelo3D::lee(SerializadorLecturaBase& s)
     {
         return desecha();
     }
-    aristas_.lista.reserve(n);
+    reservaLista(aristas_.lista, n);
     completo = leeRegistros(s, n, kArista,
                             [this](const uint8_t* p)
                             {
@@ -1050,7 +1075,7 @@ bool Modelo3D::lee(SerializadorLecturaBase& s)
     {
         return desecha();
     }
-    caras_.reserve(n);
+    reservaLista(caras_, n);
     completo = leeRegistros(s, n, kCara,
                             [this](const uint8_t* p)
                             {
