@@ -13,5 +13,5 @@ for preset in default asan; do
     ctest --preset "${preset}" -j 2
 done
 
-echo "=== fuzz: the document reader and its round trip, 60 s each ==="
+echo "=== fuzz: the document reader, its round trip and the mesh body, 60 s each ==="
 ./scripts/fuzz.sh 60

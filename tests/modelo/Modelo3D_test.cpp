@@ -97,6 +97,10 @@ TEST(Modelo3D, CarasCompartenAristasYGuardanSuCiclo)
     EXPECT_EQ(comun.cara[1], 1);
     EXPECT_TRUE(comun.tieneDosCaras());
     EXPECT_EQ(m.aristas().aristasValidas(), 7);
+    Modelo3D raros(m);
+    raros.aristas()[0].vertice[0] = -3;  // counted: only -1 and -2 are invalid ends
+    raros.aristas()[1].vertice[1] = -2;
+    EXPECT_EQ(raros.aristas().aristasValidas(), 6);
     // A vertex's edge is the latest made on it.
     EXPECT_EQ(m.getVertice(4).arista, 6);
     EXPECT_EQ(m.modificado, 1);

@@ -116,6 +116,51 @@ TEST_F(VistaSuperior, UnaAristaMasLejosQueUnPuntoFueraDeVentanaCedeALaCara)
     EXPECT_EQ(h.cercano(vista, c).indice, 1);
 }
 
+TEST(PuntosCalientes, PintaCadaClaseConSuColor)
+{
+    const Configuracion& c = Configuracion::instancia();
+    const uint32_t puntos = c.color(Configuracion::kPuntosCalientes).ABGR();
+    const uint32_t vectores = c.color(Configuracion::kVectoresCalientes).ABGR();
+    const uint32_t azimuts = c.color(Configuracion::kAzimutsCalientes).ABGR();
+    PuntosCalientes h;
+    h.nuevoPunto(P(1, 0, 0));
+    h.nuevoVector(P(0, 0, 0), P(0, 2, 0));
+    h.nuevoAzimut(P(0, 0, 0), P(3, 0, 0));
+    h.nuevaArista(P(1, 0, 0), P(0, 2, 0));
+    const P tri[3] = {P(0, 0, 0), P(1, 0, 0), P(0, 1, 0)};
+    h.nuevaCara(3, tri, {0, 0, 1});
+    PantallaReferencia p;
+    h.dibuja(p);
+    h.dibujaAristasYCaras(p);
+    struct Esperada
+    {
+        primitiva_t::tipo_primitiva tipo;
+        uint32_t color;
+        int modo;
+        size_t puntos;
+    };
+    const uint32_t aristas = c.color(Configuracion::kAristasCalientes).ABGR();
+    const uint32_t caras = c.color(Configuracion::kCarasCalientes).ABGR();
+    const Esperada esperadas[] = {
+        {primitiva_t::kMarca, puntos, 0, 1},   {primitiva_t::kLinea, puntos, 0, 2},
+        {primitiva_t::kMarca, vectores, 5, 1}, {primitiva_t::kLinea, vectores, 0, 2},
+        {primitiva_t::kMarca, azimuts, 0, 1},  {primitiva_t::kLinea, aristas, 0, 2},
+        {primitiva_t::kPoligono, caras, 0, 3}};
+    ASSERT_EQ(p.escena.size(), std::size(esperadas));
+    for (size_t i = 0; i < p.escena.size(); ++i)
+    {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(p.escena[i].tipo, esperadas[i].tipo);
+        EXPECT_EQ(p.escena[i].color, esperadas[i].color);
+        EXPECT_EQ(p.escena[i].puntos.size(), esperadas[i].puntos);
+        if (esperadas[i].tipo == primitiva_t::kMarca)
+        {
+            EXPECT_EQ(p.escena[i].modo, esperadas[i].modo);
+        }
+    }
+    EXPECT_EQ(p.escena[4].puntos[0], P(3, 0, 0));
+}
+
 TEST(IntersecaCara, RayosParalelosPoligonosSinOrejaYMuescas)
 {
     Punto3<double> punto;

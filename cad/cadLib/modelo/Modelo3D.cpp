@@ -188,8 +188,9 @@ int32_t Aristas::aristasValidas() const
     int32_t n = 0;
     for (const Arista& a : lista)
     {
-        if (static_cast<uint32_t>(a.vertice[0]) < 0xFFFFFFFDU &&
-            static_cast<uint32_t>(a.vertice[1]) < 0xFFFFFFFDU)
+        // Only -1 and -2 fail: the test has always been this unsigned comparison.
+        if (static_cast<uint32_t>(a.vertice[0]) <= 0xFFFFFFFDU &&
+            static_cast<uint32_t>(a.vertice[1]) <= 0xFFFFFFFDU)
         {
             ++n;
         }
