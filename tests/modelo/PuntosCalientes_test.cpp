@@ -76,6 +76,16 @@ TEST_F(VistaSuperior, SinPuntosElOrigenEnLaVentanaTerminaLaBusqueda)
     elemento_seleccionado_t e = h.cercano(vista, pixel(100, 50));
     EXPECT_EQ(e.tipo, kTipoNinguno);
     EXPECT_EQ(e.indice, -1);
+    // The same with the origin at the screen's corner, pixel (0, 0) of the projection.
+    pantalla.setCamara(P(1, 0.5, 50), P(1, 0.5, 0), Vector3D<double>(0, 1, 0), 100.0, 0.0);
+    const vista_t esquina = vista_t::de(pantalla);
+    h.nuevaArista(P(-0.5, -0.1, 0), P(0.5, 0.1, 0.5));
+    cursor_t c = pixel(100, 50);
+    c.x = 0;
+    c.y = 0;
+    c.posicion = P(0, 0, 20);
+    EXPECT_EQ(h.cercano(esquina, c).tipo, kTipoNinguno);
+    h.aristas.pop_back();
     // Away from the origin the same edge is found, at its point nearest the ray.
     e = h.cercano(vista, pixel(150, 60));
     EXPECT_EQ(e.tipo, kTipoArista);
