@@ -23,39 +23,11 @@ using Bytes = std::vector<uint8_t>;
 using P = Punto3<double>;
 using prueba::cubo;
 using prueba::cuerpoDe;
+using prueba::imagenDe;
 using prueba::leeCuerpo;
 
 // The body lee reads: a u32 count and the records, for vertices, edges and faces in turn.
 constexpr size_t kTamano[3] = {36, 36, 6};
-
-// The records as lee reads them, written straight from the lists: unlike escribe, edges keep
-// both faces and dead records stay.
-Bytes imagenDe(const Modelo3D& m)
-{
-    Bytes b;
-    const auto pon = [&b](const auto& v)
-    {
-        const auto* p = reinterpret_cast<const uint8_t*>(&v);
-        b.insert(b.end(), p, p + sizeof v);
-    };
-    pon(static_cast<uint32_t>(m.vertices().size()));
-    for (const vertice_t& v : m.vertices())
-    {
-        pon(v.punto.x), pon(v.punto.y), pon(v.punto.z), pon(v.uv.x), pon(v.uv.y), pon(v.arista);
-    }
-    pon(static_cast<uint32_t>(m.aristas().size()));
-    for (const Arista& a : m.aristas())
-    {
-        pon(a.vertice[0]), pon(a.vertice[1]), pon(a.siguienteCara0), pon(a.anteriorCara0);
-        pon(a.siguienteCara1), pon(a.anteriorCara1), pon(a.cara[0]), pon(a.cara[1]), pon(a.viva);
-    }
-    pon(static_cast<uint32_t>(m.caras().size()));
-    for (const cara_t& c : m.caras())
-    {
-        pon(c.arista), pon(c.material);
-    }
-    return b;
-}
 
 // The records of a body taken as they stand, with nothing checked; false when the bytes end
 // before the counts say.

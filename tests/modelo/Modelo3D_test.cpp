@@ -432,7 +432,7 @@ TEST(Modelo3D, CuerpoDeUnTrianguloByteAByte)
 }
 
 // What the compact copy is by definition: each live face rebuilt by nuevaCara on private
-// vertices, its records written one field at a time.
+// vertices, its records as they stand.
 std::vector<uint8_t> cuerpoLiteral(const Modelo3D& m)
 {
     Modelo3D copia;
@@ -451,30 +451,7 @@ std::vector<uint8_t> cuerpoLiteral(const Modelo3D& m)
         }
         copia.nuevaCara(static_cast<int>(c.size()), propios.data(), false, m.caras()[f].material);
     }
-    SerializadorBinarioEscritura w;
-    w.escribeEnteroSinSigno(static_cast<uint32_t>(copia.vertices().size()));
-    for (const vertice_t& v : copia.vertices())
-    {
-        w.escribePunto3(v.punto);
-        w.escribeVector2Simple(v.uv);
-        w.escribeEnteroSinSigno(static_cast<uint32_t>(v.arista));
-    }
-    w.escribeEnteroSinSigno(static_cast<uint32_t>(copia.aristas().size()));
-    for (const Arista& a : copia.aristas())
-    {
-        for (int32_t x : {a.vertice[0], a.vertice[1], a.siguienteCara0, a.anteriorCara0,
-                          a.siguienteCara1, a.anteriorCara1, a.cara[0], a.cara[1], a.viva})
-        {
-            w.escribeEnteroSinSigno(static_cast<uint32_t>(x));
-        }
-    }
-    w.escribeEnteroSinSigno(static_cast<uint32_t>(copia.caras().size()));
-    for (const cara_t& f : copia.caras())
-    {
-        w.escribeEnteroSinSigno(static_cast<uint32_t>(f.arista));
-        w.escribeCortoSinSigno(f.material);
-    }
-    return w.bytes();
+    return prueba::imagenDe(copia);
 }
 
 TEST(Modelo3D, ElCuerpoEsLaCopiaCompactaYVuelveSinVecinos)

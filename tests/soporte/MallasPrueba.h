@@ -60,4 +60,33 @@ inline bool leeCuerpo(const std::vector<uint8_t>& b, Modelo3D& m)
     return m.lee(r);
 }
 
+// The records as lee reads them, written straight from the lists: unlike escribe, edges keep
+// both faces and dead records stay.
+inline std::vector<uint8_t> imagenDe(const Modelo3D& m)
+{
+    std::vector<uint8_t> b;
+    const auto pon = [&b](const auto& v)
+    {
+        const auto* p = reinterpret_cast<const uint8_t*>(&v);
+        b.insert(b.end(), p, p + sizeof v);
+    };
+    pon(static_cast<uint32_t>(m.vertices().size()));
+    for (const vertice_t& v : m.vertices())
+    {
+        pon(v.punto.x), pon(v.punto.y), pon(v.punto.z), pon(v.uv.x), pon(v.uv.y), pon(v.arista);
+    }
+    pon(static_cast<uint32_t>(m.aristas().size()));
+    for (const Arista& a : m.aristas())
+    {
+        pon(a.vertice[0]), pon(a.vertice[1]), pon(a.siguienteCara0), pon(a.anteriorCara0);
+        pon(a.siguienteCara1), pon(a.anteriorCara1), pon(a.cara[0]), pon(a.cara[1]), pon(a.viva);
+    }
+    pon(static_cast<uint32_t>(m.caras().size()));
+    for (const cara_t& c : m.caras())
+    {
+        pon(c.arista), pon(c.material);
+    }
+    return b;
+}
+
 }  // namespace cad::prueba
