@@ -13,6 +13,8 @@
 namespace cad
 {
 
+class Modelo3D;
+
 // File tag "Pn1", type name "Plano3D". Body after the common prefix: a, b, c, d (f64), the
 // reference point, the u32 contour count and the contour points. The contour's `cerrada` flag
 // is not stored.
@@ -22,8 +24,6 @@ namespace cad
 // normal is zero (all coefficients zero, as after Plano(2, puntos)) reprojects nothing, since
 // projecting on it would send every point to the origin; a kind-2 drag then takes the point
 // as dragged.
-class Modelo3D;
-
 class Plano : public EntidadLineal, public Plano3D<double>
 {
 public:
