@@ -871,7 +871,8 @@ void Modelo3D::triangulaCara(int32_t cara, std::vector<int32_t>& out) const
             const Punto3<double>& p = punto(l[(i + n - 1) % n]);
             const Punto3<double>& q = punto(l[i]);
             const Punto3<double>& r = punto(l[(i + 1) % n]);
-            if ((r - q).cross(p - q).dot(normal) <= 0.0)
+            // Convex only when strictly positive: a NaN corner is not one.
+            if (!((r - q).cross(p - q).dot(normal) > 0.0))
             {
                 continue;
             }
