@@ -33,6 +33,24 @@ foreach(esperado "Capas" "Materiales" "Estilos de texto" "Variables")
     endif()
 endforeach()
 
+# An outside program that includes only cadLib.h and makes every entity kind, a mesh and a DXF.
+execute_process(COMMAND ${CMAKE_COMMAND} -S "${FUENTE}/tests/paquete/programa"
+    -B "${TRABAJO}/programa" -G "${GENERADOR}" "-DCMAKE_PREFIX_PATH=${TRABAJO}/prefijo"
+    "-DCMAKE_CXX_FLAGS=${BANDERAS}" "-DCMAKE_EXE_LINKER_FLAGS=${BANDERAS}"
+    RESULT_VARIABLE r)
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "configuring the umbrella-header program failed: ${r}")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} --build "${TRABAJO}/programa" RESULT_VARIABLE r)
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "a program that includes only cadLib.h does not build: ${r}")
+endif()
+execute_process(COMMAND "${TRABAJO}/programa/programa" "${TRABAJO}"
+    RESULT_VARIABLE r OUTPUT_VARIABLE salidaPrograma ERROR_VARIABLE errores)
+if(NOT r EQUAL 0 OR NOT salidaPrograma MATCHES "^8 entidades, modelo de 1 caras")
+    message(FATAL_ERROR "the umbrella-header program failed: ${r}\n${salidaPrograma}${errores}")
+endif()
+
 # The DXF the demo wrote must pass the independent audit, when the auditor is installed.
 if(EXISTS "${AUDITOR}")
     execute_process(COMMAND /usr/bin/python3 -c "import ezdxf" RESULT_VARIABLE sinEzdxf

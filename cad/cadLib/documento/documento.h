@@ -12,5 +12,7 @@
 #include "documento/ListaVariables.h"
 #include "documento/ListaVistas.h"
 #include "documento/Material.h"
+#include "documento/ReferenciaEntidades.h"
+#include "documento/SeleccionEntidades.h"
 #include "documento/Variables.h"
 #include "documento/Vista.h"

@@ -1,2 +1,4 @@
 // Interchange with other formats.
 #pragma once
+
+#include "intercambio/ExportaDXF.h"
