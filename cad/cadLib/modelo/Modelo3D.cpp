@@ -119,23 +119,6 @@ void anade(std::vector<T>& v, const T& registro)
     v.push_back(registro);
 }
 
-// Is `w` in the triangle p, q, r? A point equal to a corner is not; otherwise the three angles
-// it sees the sides under must add up to a full turn, less the given slack.
-bool enTriangulo(const Punto3<double>& w, const Punto3<double>& p, const Punto3<double>& q,
-                 const Punto3<double>& r, double vuelta)
-{
-    if (w == p || w == q || w == r)
-    {
-        return false;
-    }
-    const Vector3D<double> a = (p - w).unit();
-    const Vector3D<double> b = (q - w).unit();
-    const Vector3D<double> c = (r - w).unit();
-    const auto angulo = [](const Vector3D<double>& u, const Vector3D<double>& v)
-    { return std::acos(std::clamp(u.dot(v), -1.0, 1.0)); };
-    return angulo(a, b) + angulo(b, c) + angulo(c, a) >= vuelta;
-}
-
 // Gathers native-order bytes of plain values, as the binary writer puts them, and hands
 // them on in large pieces: one call per field would cost more than the copying.
 class Empaquetador
@@ -173,6 +156,21 @@ private:
 };
 
 }  // namespace
+
+bool enTriangulo(const Punto3<double>& w, const Punto3<double>& p, const Punto3<double>& q,
+                 const Punto3<double>& r, double vuelta)
+{
+    if (w == p || w == q || w == r)
+    {
+        return false;
+    }
+    const Vector3D<double> a = (p - w).unit();
+    const Vector3D<double> b = (q - w).unit();
+    const Vector3D<double> c = (r - w).unit();
+    const auto angulo = [](const Vector3D<double>& u, const Vector3D<double>& v)
+    { return std::acos(std::clamp(u.dot(v), -1.0, 1.0)); };
+    return angulo(a, b) + angulo(b, c) + angulo(c, a) >= vuelta;
+}
 
 // -------------------------------------------------------------------------------------------
 // The edge table
@@ -859,8 +857,6 @@ void Modelo3D::triangulaCara(int32_t cara, std::vector<int32_t>& out) const
         normal += (punto(l[i]) - centro).cross(punto(l[(i + 1) % l.size()]) - centro);
     }
     normal.normaliza();
-    // A full turn less 1e-5, as the containment test has always used it.
-    constexpr double kVuelta = 6.283175307179587;
     while (l.size() > 3)
     {
         const size_t n = l.size();
@@ -881,9 +877,9 @@ void Modelo3D::triangulaCara(int32_t cara, std::vector<int32_t>& out) const
             {
                 continue;
             }
-            const bool vacia =
-                std::none_of(l.begin(), l.end(),
-                             [&](int32_t w) { return enTriangulo(punto(w), p, q, r, kVuelta); });
+            const bool vacia = std::none_of(
+                l.begin(), l.end(),
+                [&](int32_t w) { return enTriangulo(punto(w), p, q, r, kVueltaOreja); });
             if (vacia)
             {
                 mejor = i;

@@ -165,6 +165,14 @@ private:
     int32_t pos_;
 };
 
+// A full turn less 1e-5: the angle sum at which ear clipping takes a corner to lie inside.
+inline constexpr double kVueltaOreja = 6.283175307179587;
+
+// Is `w` in the triangle p, q, r? A point equal to a corner is not; otherwise the three angles
+// it sees the sides under must add up to `vuelta` at least.
+bool enTriangulo(const Punto3<double>& w, const Punto3<double>& p, const Punto3<double>& q,
+                 const Punto3<double>& r, double vuelta);
+
 // The representations a model paints in, as the display takes them.
 using representacion_modelos = PantallaCAD::representacion;
 

@@ -6,6 +6,7 @@
 
 #include "base/Configuracion.h"
 #include "base/geometria/Linea3D.h"
+#include "modelo/Modelo3D.h"
 #include "pantalla/PantallaCAD.h"
 
 namespace cad
@@ -134,20 +135,7 @@ double distanciaRayo(const Punto3<double>& origen, const Vector3D<double>& d,
     return d.cross(p - origen).modulo() / d.modulo();
 }
 
-// A full turn less 1e-5: the containment test of ear clipping.
-constexpr double kVueltaOreja = 6.283175307179587;
 constexpr double kTolCara = 0.00001;
-
-bool dentro(const Punto3<double>& w, const Punto3<double>& p, const Punto3<double>& q,
-            const Punto3<double>& r, double vuelta)
-{
-    const Vector3D<double> a = (p - w).unit();
-    const Vector3D<double> b = (q - w).unit();
-    const Vector3D<double> c = (r - w).unit();
-    const auto angulo = [](const Vector3D<double>& u, const Vector3D<double>& v)
-    { return std::acos(std::clamp(u.dot(v), -1.0, 1.0)); };
-    return angulo(a, b) + angulo(b, c) + angulo(c, a) >= vuelta;
-}
 
 // Plain ear clipping: the first corner whose triangle holds no other corner is cut. When no
 // corner qualifies the polygon has no ear to give and its clipping ends there.
@@ -162,10 +150,9 @@ void orejas(std::vector<Punto3<double>> l, std::vector<Punto3<double>>& triples)
             const Punto3<double>& p = l[(i + n - 1) % n];
             const Punto3<double>& q = l[i];
             const Punto3<double>& r = l[(i + 1) % n];
-            const bool vacia = std::none_of(
-                l.begin(), l.end(),
-                [&](const Punto3<double>& w)
-                { return !(w == p || w == q || w == r) && dentro(w, p, q, r, kVueltaOreja); });
+            const bool vacia = std::none_of(l.begin(), l.end(),
+                                            [&](const Punto3<double>& w)
+                                            { return enTriangulo(w, p, q, r, kVueltaOreja); });
             if (vacia)
             {
                 oreja = i;
@@ -279,7 +266,8 @@ bool intersecaCara(const std::vector<Punto3<double>>& poligono, const Punto3<dou
             h.distancia(a) < kTolCara || h.distancia(b) < kTolCara || h.distancia(c) < kTolCara;
         if (!interior)
         {
-            interior = dentro(h, a, b, c, 6.283185307179586 - kTolCara) &&
+            // A hit on a corner was taken above, so the corner exclusion changes nothing here.
+            interior = enTriangulo(h, a, b, c, 6.283185307179586 - kTolCara) &&
                        std::abs(desplazamiento - -Vector3D<double>(h).dot(n)) < kTolCara;
         }
         if (!interior)
