@@ -1,4 +1,5 @@
 #include "soporte/CatalogoEntidades.h"
+#include "soporte/CatalogoPiezas.h"
 
 #include <cmath>
 #include <cstdint>
@@ -22,82 +23,6 @@ namespace
 {
 
 using P = Punto3<double>;
-
-constexpr int kTodo = kExtremos | kPuntosMedios | kCercano;
-
-const std::vector<P>& cuadrado()
-{
-    static const std::vector<P> v = {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}};
-    return v;
-}
-
-Bytes entero(uint64_t v, int n)
-{
-    Bytes b;
-    anade(b, v, n);
-    return b;
-}
-
-Bytes f64(double v)
-{
-    Bytes b(8);
-    std::memcpy(b.data(), &v, 8);
-    return b;
-}
-
-Bytes xyz(const std::vector<P>& v)
-{
-    Bytes b;
-    for (const P& p : v)
-    {
-        b = b + f64(p.x) + f64(p.y) + f64(p.z);
-    }
-    return b;
-}
-
-// The tag with its NUL, a u16 length that counts itself, then the body.
-Bytes bloque16(const std::string& tag, const Bytes& cuerpo)
-{
-    Bytes b(tag.begin(), tag.end());
-    b.push_back(0);
-    return b + entero(cuerpo.size() + 2, 2) + cuerpo;
-}
-
-// The sample's id, the layer's id 7, the colour (index, then alpha, blue, green, red),
-// width 1 and the solid pattern.
-Bytes prefijo(uint16_t indice = 256, const Bytes& abgr = {0xFF, 0xFF, 0xFF, 0xFF})
-{
-    return entero(0x0102030405060708ULL, 8) + entero(7, 8) + entero(indice, 2) + abgr + f64(1.0) +
-           entero(0xFFFF, 2);
-}
-
-template <typename T>
-std::unique_ptr<Entidad> muestra(T e)
-{
-    e.id = 0x0102030405060708ULL;
-    e.asignaCapa(&capaCatalogo());
-    return std::make_unique<T>(std::move(e));
-}
-
-template <typename T>
-std::unique_ptr<Entidad> vacia()
-{
-    return std::make_unique<T>();
-}
-
-EstiloTexto* estiloCatalogo()
-{
-    static EstiloTexto estilo("Rotulos", "Arial", 10, true, true);
-    estilo.id = 42;
-    return &estilo;
-}
-
-template <typename T>
-T conEstilo(T e)
-{
-    e.setEstiloTexto(estiloCatalogo());
-    return e;
-}
 
 // What Punto, Texto and PuntoControl share: one position, a hot vertex, the position offered
 // as an insertion point under mask bit 8 only, and the "Posición" row.
@@ -339,7 +264,17 @@ const std::vector<TipoEntidad>& catalogoEntidades()
                                                       tipoCadena("Poligono", true, false),
                                                       tipoPlano(),
                                                       tipoSistemaLocal()};
-    return catalogo;
+    static const std::vector<TipoEntidad> todos = []
+    {
+        std::vector<TipoEntidad> v = catalogo;
+        for (auto&& familia :
+             {tiposPuntosCaras(), tiposSuperficies(), tiposSolidos(), tiposCamaras()})
+        {
+            v.insert(v.end(), familia.begin(), familia.end());
+        }
+        return v;
+    }();
+    return todos;
 }
 
 const TipoEntidad& tipoEntidad(const std::string& nombre)

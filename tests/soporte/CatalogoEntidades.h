@@ -4,12 +4,14 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "base/geometria/Punto3.h"
+#include "base/geometria/Rect3.h"
 #include "documento/Capa.h"
 #include "documento/ReferenciaEntidades.h"
 #include "entidades/Entidad.h"
@@ -49,6 +51,12 @@ struct TipoEntidad
     // any index, the others null outside the list.
     std::vector<Punto3<double>> coordenadas{};
     bool cualquierIndice = false;
+    // coordenada after traslada({1, -2, 0.5}); unset, every coordinate moved by it.
+    std::optional<std::vector<Punto3<double>>> movidas{};
+    // The extent; unset, the box of the coordinates (the inverted box with none).
+    std::optional<Rect3<double>> extension{};
+    // The block a clone writes; unset, the sample's own.
+    std::optional<Bytes> ficheroClon{};
     // The hot points are the coordinates, of this kind (0: none); edge k joins point k to the
     // next, the last wrapping round.
     int tipoCaliente = 0;
@@ -68,6 +76,11 @@ inline void PrintTo(const TipoEntidad& t, std::ostream* os)
 }
 
 const std::vector<TipoEntidad>& catalogoEntidades();
+// The kinds of each family, one source file each.
+std::vector<TipoEntidad> tiposPuntosCaras();  // GrupoPuntos, Cara3D
+std::vector<TipoEntidad> tiposSuperficies();  // Policara, Superficie
+std::vector<TipoEntidad> tiposSolidos();      // Cubo, Prisma, Cilindro, Esfera, Foto360, Objeto3D
+std::vector<TipoEntidad> tiposCamaras();      // TomaCamara
 const TipoEntidad& tipoEntidad(const std::string& nombre);
 // "Ejes", blue (palette 5), id 7.
 Capa& capaCatalogo();

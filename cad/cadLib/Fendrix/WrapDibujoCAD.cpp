@@ -15,6 +15,7 @@
 #include "base/Admisible.h"
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
+#include "documento/VariablesPintura.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
 #include "entidades/Firmas.h"
@@ -36,17 +37,12 @@ using cad::ColorCapa;
 using cad::Configuracion;
 using cad::EditorDibujo;
 
-namespace
-{
-
-const char* const kVarOcultaModelos = "OCULTA_MODELOS";
-const char* const kVarOcultaCamaras = "OCULTA_CAMARAS";
-const char* const kVarOcultaPuntosControl = "OCULTA_PUNTOS_CONTROL";
-const char* const kVarOcultaPlanoReferencia = "OCULTA_PLANO_REFERENCIA";
-const char* const kVarRepresentacionModelos = "REPRESENTACION_MODELOS";
-const char* const kVarRepresentacionNubes = "REPRESENTACION_NUBES";
-
-}  // namespace
+using cad::kVarOcultaCamaras;
+using cad::kVarOcultaModelos;
+using cad::kVarOcultaPlanoReferencia;
+using cad::kVarOcultaPuntosControl;
+using cad::kVarRepresentacionModelos;
+using cad::kVarRepresentacionNubes;
 
 // ---------------------------------------------------------------------------------------
 // Frame

@@ -346,7 +346,7 @@ bool WrapDibujoCAD::borraEntidad(int64_t handle)
 double WrapDibujoCAD::longitud(int64_t handle)
 {
     cad::Entidad* e = mDibujo != nullptr ? mDibujo->buscaEntidad(handle) : nullptr;
-    if (e == nullptr || std::strcmp(e->etiqueta(), cad::kFirmaEntidadPolilinea) != 0)
+    if (e == nullptr || !e->tieneFirma(cad::kFirmaEntidadPolilinea))
     {
         return 0.0;
     }

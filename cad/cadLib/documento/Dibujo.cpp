@@ -1,4 +1,5 @@
 #include "documento/Dibujo.h"
+#include "documento/VariablesPintura.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -324,7 +325,7 @@ int Dibujo::numeroSistemasLocales() const
     int n = 0;
     for (const Entidad* e : entidades)
     {
-        n += std::strcmp(e->etiqueta(), "Sl1") == 0 ? 1 : 0;
+        n += e->tieneFirma(kFirmaEntidadSistemaLocal) ? 1 : 0;
     }
     return n;
 }
@@ -333,7 +334,7 @@ SistemaLocal* Dibujo::sistemaLocal(const std::string& nombre) const
 {
     for (Entidad* e : entidades)
     {
-        if (std::strcmp(e->etiqueta(), "Sl1") == 0 &&
+        if (e->tieneFirma(kFirmaEntidadSistemaLocal) &&
             static_cast<SistemaLocal*>(e)->nombre == nombre)
         {
             return static_cast<SistemaLocal*>(e);
@@ -347,7 +348,7 @@ std::string Dibujo::nombreSistemaLocal(int i) const
     int n = 0;
     for (Entidad* e : entidades)
     {
-        if (std::strcmp(e->etiqueta(), "Sl1") == 0 && n++ == i)
+        if (e->tieneFirma(kFirmaEntidadSistemaLocal) && n++ == i)
         {
             return static_cast<SistemaLocal*>(e)->nombre;
         }
@@ -1036,6 +1037,36 @@ void Dibujo::finDibujo(PantallaCAD& p)
     p.finDibujo();
 }
 
+namespace
+{
+
+// The drawing whose paint loop runs on this thread.
+thread_local const Dibujo* tDibujoPintando = nullptr;
+
+}  // namespace
+
+AmbitoPintura::AmbitoPintura(const Dibujo* dibujo) : anterior(tDibujoPintando)
+{
+    tDibujoPintando = dibujo;
+}
+
+AmbitoPintura::~AmbitoPintura()
+{
+    tDibujoPintando = anterior;
+}
+
+bool existeVariablePintura(const char* nombre)
+{
+    return tDibujoPintando != nullptr && tDibujoPintando->existeVariable(nombre);
+}
+
+int variableEnteraPintura(const char* nombre, int porDefecto)
+{
+    int valor = porDefecto;
+    return tDibujoPintando != nullptr && tDibujoPintando->getVariable(nombre, valor) ? valor
+                                                                                    : porDefecto;
+}
+
 bool Dibujo::dibuja(PantallaCAD& p)
 {
     if (!lock.try_lock())
@@ -1100,6 +1131,7 @@ bool Dibujo::dibuja(PantallaCAD& p)
             return c != nullptr && (c->flags & 1) != 0;
         };
         const uint32_t marcas = kEstadoSeleccionada | kEstadoResaltada;
+        const AmbitoPintura ambito(this);
         for (Entidad* e : entidades)
         {
             if (!visible(e))

@@ -407,11 +407,11 @@ void Dibujo::ataReferencias()
         }
         e->capa.objeto = ultimaCapa;
         ReferenciaEstiloTexto* estilo = nullptr;
-        if (std::strcmp(e->etiqueta(), "Tx1") == 0)
+        if (e->tieneFirma(kFirmaEntidadTexto))
         {
             estilo = &static_cast<Texto*>(e)->referenciaEstilo();
         }
-        else if (std::strcmp(e->etiqueta(), "PC1") == 0)
+        else if (e->tieneFirma(kFirmaEntidadPuntoControl))
         {
             estilo = &static_cast<PuntoControl*>(e)->referenciaEstilo();
         }

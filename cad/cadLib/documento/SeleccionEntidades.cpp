@@ -132,7 +132,7 @@ void SeleccionEntidades::quitaNubes()
 {
     entidades.erase(
         std::remove_if(entidades.begin(), entidades.end(),
-                       [](const Entidad* e) { return std::strcmp(e->etiqueta(), "Np1") == 0; }),
+                       [](const Entidad* e) { return e->tieneFirma(kFirmaEntidadNube); }),
         entidades.end());
 }
 
@@ -144,7 +144,7 @@ Entidad* SeleccionEntidades::getEntidad(uint32_t i) const
 Entidad* SeleccionEntidades::conFirma(uint32_t i, const char* firma) const
 {
     Entidad* e = entidades.at(i);
-    return std::strcmp(e->etiqueta(), firma) == 0 ? e : nullptr;
+    return e->tieneFirma(firma) ? e : nullptr;
 }
 
 SeleccionEntidades SeleccionEntidades::getEntidadesLinea() const
@@ -152,7 +152,7 @@ SeleccionEntidades SeleccionEntidades::getEntidadesLinea() const
     SeleccionEntidades s(dibujo);
     for (Entidad* e : entidades)
     {
-        if (std::strcmp(e->etiqueta(), kFirmaEntidadLinea) == 0)
+        if (e->tieneFirma(kFirmaEntidadLinea))
         {
             s.entidades.push_back(e);
         }
@@ -179,22 +179,22 @@ Polilinea* SeleccionEntidades::getEntidadPolilinea(uint32_t i) const
 
 Plano* SeleccionEntidades::getEntidadPlano(uint32_t i) const
 {
-    return static_cast<Plano*>(conFirma(i, "Pn1"));
+    return static_cast<Plano*>(conFirma(i, kFirmaEntidadPlano));
 }
 
 SistemaLocal* SeleccionEntidades::getEntidadSistemaLocal(uint32_t i) const
 {
-    return static_cast<SistemaLocal*>(conFirma(i, "Sl1"));
+    return static_cast<SistemaLocal*>(conFirma(i, kFirmaEntidadSistemaLocal));
 }
 
 PuntoControl* SeleccionEntidades::getEntidadPuntoControl(uint32_t i) const
 {
-    return static_cast<PuntoControl*>(conFirma(i, "PC1"));
+    return static_cast<PuntoControl*>(conFirma(i, kFirmaEntidadPuntoControl));
 }
 
 Entidad* SeleccionEntidades::getEntidadNube(uint32_t i) const
 {
-    return conFirma(i, "Np1");
+    return conFirma(i, kFirmaEntidadNube);
 }
 
 }  // namespace cad

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "base/Color.h"
@@ -14,6 +15,7 @@
 #include "base/geometria/Rect3.h"
 #include "base/geometria/Vector3D.h"
 #include "documento/EstiloLinea.h"
+#include "entidades/Firmas.h"
 
 namespace cad
 {
@@ -95,6 +97,8 @@ public:
     int numeroValoresEnumerados(int, int) const override { return 0; }
 
     // --- plain operations ---------------------------------------------------------------
+    // Whether the entity writes the tag `firma` (one of Firmas.h).
+    bool tieneFirma(const char* firma) const { return std::strcmp(etiqueta(), firma) == 0; }
     // The layer's bytes when the colour is by layer, else the entity's: alpha, blue, green,
     // red from high to low. The layer must be bound.
     uint32_t resuelveColorABGR() const;

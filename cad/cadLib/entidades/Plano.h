@@ -68,7 +68,7 @@ public:
     Plano* perpendicular(const Linea3D<double>& linea) const;
 
     // --- entity contract ----------------------------------------------------------------
-    const char* etiqueta() const override { return "Pn1"; }
+    const char* etiqueta() const override { return kFirmaEntidadPlano; }
     void escribe(SerializadorEscrituraBase& w) override;
     // Stops with false at the first failed read. The contour count is checked against the
     // bytes left in the source before anything is reserved.

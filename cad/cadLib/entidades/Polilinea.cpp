@@ -284,7 +284,7 @@ Polilinea::Polilinea(int n, const Punto3<double>* puntos)
 
 const char* Polilinea::etiqueta() const
 {
-    return numeroVertices() >= kVerticesBloqueLargo ? "PolyLn1" : kFirmaEntidadPolilinea;
+    return numeroVertices() >= kVerticesBloqueLargo ? kFirmaEntidadPolilineaLarga : kFirmaEntidadPolilinea;
 }
 
 int Polilinea::tamanoBloque() const

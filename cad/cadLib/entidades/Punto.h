@@ -22,7 +22,7 @@ public:
     // it) become a true colour: alpha 255, index 512.
     Punto(double px, double py, double pz, int rgb);
 
-    const char* etiqueta() const override { return "Pt1"; }
+    const char* etiqueta() const override { return kFirmaEntidadPunto; }
     // Prefix, then x, y, z as doubles.
     void escribe(SerializadorEscrituraBase& w) override;
     // Goes on after a failed prefix, as every entity does; true only if all came whole.

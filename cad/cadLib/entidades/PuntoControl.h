@@ -17,7 +17,7 @@ public:
     PuntoControl() = default;
     PuntoControl(const std::string& nombreControl, const Punto3<double>& punto);
 
-    const char* etiqueta() const override { return "PC1"; }
+    const char* etiqueta() const override { return kFirmaEntidadPuntoControl; }
     // Prefix, x, y, z, nombre, codigo, -|tamano|, style id, then the mix-in's posicion,
     // escala and pixeles. The negative size marks the presence of those last three.
     void escribe(SerializadorEscrituraBase& w) override;

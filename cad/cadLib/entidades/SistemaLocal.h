@@ -23,7 +23,7 @@ public:
     // The global frame, no name.
     SistemaLocal() = default;
 
-    const char* etiqueta() const override { return "Sl1"; }
+    const char* etiqueta() const override { return kFirmaEntidadSistemaLocal; }
     // Inner block: prefix, nombre, origen, ejeX, ejeY, ejeZ, the inner unknown tail.
     void escribe(SerializadorEscrituraBase& w) override;
     // False at once on a block of another tag or at the first failed read, leaving the

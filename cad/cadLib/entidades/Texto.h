@@ -26,7 +26,7 @@ public:
     Texto(const std::string& cadena, const Punto3<double>& posicion, uint16_t alineacionTexto,
           float alturaTexto, float rotacionTexto);
 
-    const char* etiqueta() const override { return "Tx1"; }
+    const char* etiqueta() const override { return kFirmaEntidadTexto; }
     // Prefix, x, y, z, texto, alineacion (u16), altura and rotacion (floats), style id (u64).
     void escribe(SerializadorEscrituraBase& w) override;
     // The style id waits in the reference, with no object, until the drawing ties it up.

@@ -308,7 +308,7 @@ int comparaDibujos(WrapDibujoCAD& a, WrapDibujoCAD& b, std::ostream& salida)
         // A polygon and a polyline share the tag "Pg1", and the reader takes it as a polyline:
         // a saved polygon comes back as a polyline that read a polygon's body. That is the
         // file format's known behaviour, shown but not counted.
-        if (std::string(x.etiqueta()) == "Pg1" &&
+        if (x.tieneFirma(cad::kFirmaEntidadPolilinea) &&
             dynamic_cast<const cad::Polilinea*>(&x) == nullptr)
         {
             salida << "  entidad " << i << ": un poligono guardado vuelve como polilinea\n";

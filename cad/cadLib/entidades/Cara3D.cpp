@@ -1,0 +1,1 @@
+#include "entidades/Cara3D.h"

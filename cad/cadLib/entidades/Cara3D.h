@@ -1,0 +1,2 @@
+// Cara3D: written in this change.
+#pragma once

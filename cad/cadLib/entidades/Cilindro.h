@@ -1,0 +1,2 @@
+// Cilindro: written in this change.
+#pragma once

@@ -1,0 +1,2 @@
+// Cubo: written in this change.
+#pragma once

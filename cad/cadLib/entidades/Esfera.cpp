@@ -1,0 +1,1 @@
+#include "entidades/Esfera.h"

@@ -1,0 +1,2 @@
+// Esfera: written in this change.
+#pragma once

@@ -1,0 +1,1 @@
+#include "entidades/Foto360.h"

@@ -1,0 +1,2 @@
+// Foto360: written in this change.
+#pragma once

@@ -1,0 +1,2 @@
+// GrupoPuntos: written in this change.
+#pragma once

@@ -1,0 +1,1 @@
+#include "entidades/Objeto3D.h"

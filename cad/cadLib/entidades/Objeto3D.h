@@ -1,0 +1,2 @@
+// Objeto3D: written in this change.
+#pragma once

@@ -1,0 +1,1 @@
+#include "entidades/Policara.h"

@@ -1,0 +1,2 @@
+// Policara: written in this change.
+#pragma once

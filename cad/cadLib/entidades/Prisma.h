@@ -1,0 +1,2 @@
+// Prisma: written in this change.
+#pragma once

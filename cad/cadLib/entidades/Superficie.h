@@ -1,0 +1,2 @@
+// Superficie: written in this change.
+#pragma once

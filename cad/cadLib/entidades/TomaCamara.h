@@ -1,0 +1,2 @@
+// TomaCamara: written in this change.
+#pragma once
