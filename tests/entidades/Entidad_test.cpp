@@ -6,8 +6,10 @@
 #include <cctype>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <typeinfo>
 #include <vector>
@@ -359,6 +361,10 @@ TEST_P(CatalogoEntidades, CoordenadasExtensionYTraslado)
         ASSERT_NE(e->coordenada(n + 5), nullptr);
         EXPECT_EQ(*e->coordenada(n + 5), t.coordenadas[0]);
     }
+    else if (t.fueraDeRangoLanza)
+    {
+        EXPECT_THROW(e->coordenada(n), std::out_of_range);
+    }
     else
     {
         EXPECT_EQ(e->coordenada(n), nullptr);
@@ -559,6 +565,11 @@ TEST_P(CatalogoEntidades, HojaYTipo)
 
     if (t.hoja.empty() || t.hoja[0].find(":ListaCoordenadas") == std::string::npos)
     {
+        return;
+    }
+    if (t.elementosLista >= 0)
+    {
+        EXPECT_EQ(e->numeroElementosLista(1, 0), t.elementosLista);
         return;
     }
     const int n = static_cast<int>(t.coordenadas.size());

@@ -51,6 +51,10 @@ struct TipoEntidad
     // any index, the others null outside the list.
     std::vector<Punto3<double>> coordenadas{};
     bool cualquierIndice = false;
+    // coordenada past the end raises std::out_of_range instead of giving null.
+    bool fueraDeRangoLanza = false;
+    // Elements of a "Vértice" list on the sheet; -1, one per coordinate.
+    int elementosLista = -1;
     // coordenada after traslada({1, -2, 0.5}); unset, every coordinate moved by it.
     std::optional<std::vector<Punto3<double>>> movidas{};
     // The extent; unset, the box of the coordinates (the inverted box with none).
