@@ -4,6 +4,7 @@
 #include "base/BloqueSerializacion.h"
 #include "base/ColaMensajes.h"
 #include "base/Color.h"
+#include "base/Empaquetador.h"
 #include "base/Configuracion.h"
 #include "base/Excepcion.h"
 #include "base/FicheroAtomico.h"

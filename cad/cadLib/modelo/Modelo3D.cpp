@@ -6,6 +6,7 @@
 #include <limits>
 #include <unordered_set>
 
+#include "base/Empaquetador.h"
 #include "base/FicheroAtomico.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
@@ -119,41 +120,6 @@ void anade(std::vector<T>& v, const T& registro)
     v.push_back(registro);
 }
 
-// Gathers native-order bytes of plain values, as the binary writer puts them, and hands
-// them on in large pieces: one call per field would cost more than the copying.
-class Empaquetador
-{
-public:
-    // `total`, the bytes to come, only sizes the buffer: a small body needs a small one.
-    Empaquetador(SerializadorEscrituraBase& s, size_t total)
-        : s_(s), datos_(std::clamp(total, size_t{64}, kTrozo))
-    {
-    }
-    template <class T>
-    void pon(const T& v)
-    {
-        if (n_ + sizeof(T) > datos_.size())
-        {
-            vacia();
-        }
-        std::memcpy(datos_.data() + n_, &v, sizeof(T));
-        n_ += sizeof(T);
-    }
-    void vacia()
-    {
-        if (n_ != 0)
-        {
-            s_.escribeBytes(datos_.data(), static_cast<uint32_t>(n_));
-            n_ = 0;
-        }
-    }
-
-private:
-    static constexpr size_t kTrozo = 1 << 18;
-    SerializadorEscrituraBase& s_;
-    std::vector<uint8_t> datos_;
-    size_t n_ = 0;
-};
 
 }  // namespace
 
