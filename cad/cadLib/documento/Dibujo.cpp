@@ -659,8 +659,23 @@ int16_t Dibujo::nuevoMaterial(int idExterno, uint32_t color, float brillo,
     {
         return 0;  // ids start at 1
     }
-    const auto nuevo = static_cast<int16_t>(generadorId.nuevoId(kFamiliaMateriales));
-    auto* m = new Material(nuevo);
+    // An id taken outside the generator (a photograph's) is skipped.
+    int16_t nuevo = 0;
+    do
+    {
+        nuevo = static_cast<int16_t>(generadorId.nuevoId(kFamiliaMateriales));
+    } while (!nuevoMaterialId(nuevo, idExterno, color, brillo, textura));
+    return nuevo;
+}
+
+bool Dibujo::nuevoMaterialId(int16_t idMaterial, int idExterno, uint32_t color, float brillo,
+                             const std::string& textura)
+{
+    if (existeMaterial(idMaterial) || !cadenaAdmisible(textura))
+    {
+        return false;
+    }
+    auto* m = new Material(idMaterial);
     m->idExterno = idExterno;
     m->setColor(color);
     m->setBrillo(brillo);
@@ -669,7 +684,7 @@ int16_t Dibujo::nuevoMaterial(int idExterno, uint32_t color, float brillo,
     hayCambios_ = true;
     redibujar = true;
     vistaAplicada = false;
-    return nuevo;
+    return true;
 }
 
 int16_t Dibujo::nuevoMaterial(int idExterno, const std::string& textura)

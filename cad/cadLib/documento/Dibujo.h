@@ -153,6 +153,11 @@ public:
     // can hold.
     int16_t nuevoMaterial(int idExterno, uint32_t color, float brillo, const std::string& textura);
     int16_t nuevoMaterial(int idExterno, const std::string& textura);
+    // A material of the given id, outside the generator's run (the photographs of 360 photos
+    // take ids from 30000 on); false, and nothing added, when the id is taken or the texture
+    // path is longer than the file holds.
+    bool nuevoMaterialId(int16_t idMaterial, int idExterno, uint32_t color, float brillo,
+                         const std::string& textura);
     void borraMaterial(int16_t id);
     // False for a name already in use, or a name or font longer than the file can hold.
     bool nuevoEstiloTexto(EstiloTexto* estilo);

@@ -9,6 +9,7 @@
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
 #include "documento/EstiloTexto.h"
+#include "documento/VariablesPintura.h"
 #include "entidades/Texto.h"
 #include "intercambio/ExportaDXF.h"
 #include "pantalla/PantallaCAD.h"
@@ -64,6 +65,12 @@ void PuntoControl::exportaDXF(ExportaDXF& dxf) const
 
 void PuntoControl::dibuja(PantallaCAD& p) const
 {
+    // The host's switch hides every control point; they stay in the list, the extents and
+    // the file.
+    if (existeVariablePintura(kVarOcultaPuntosControl))
+    {
+        return;
+    }
     const uint32_t c = resuelveColorABGR();
     const Punto3<double>& centro = *this;
     p.dibujaPunto(centro, c, pick());
