@@ -97,21 +97,16 @@ TEST_F(LineaElasticaTest, registroYAnclasBajoElCerrojo)
     EXPECT_EQ(editor->lineaElastica, nullptr);
 }
 
-// Without anchors the band sends nothing at all, not even the width changes.
-TEST_F(LineaElasticaTest, sinAnclasNoDibujaNada)
+// Without anchors the band sends nothing at all, not even the width changes. Kind 1 over a
+// 3-4-5 segment: solid pattern and the band's width first, the line from the last anchor,
+// the length at the middle with bottom-centre alignment, and width 1 restored.
+TEST_F(LineaElasticaTest, sinAnclasNadaYLineaConEtiqueta)
 {
     LineaElastica banda(editor.get(), 1);
     banda.nuevaAncla({0, 0, 0});
     banda.vaciaAnclas();
     pinta(banda, {}, {4, 3, 0});
     EXPECT_TRUE(pantalla.llamadas.empty());
-}
-
-// Kind 1 over a 3-4-5 segment: solid pattern and the band's width first, the line from the
-// last anchor, the length at the middle with bottom-centre alignment, and width 1 restored.
-TEST_F(LineaElasticaTest, lineaConEtiqueta)
-{
-    LineaElastica banda(editor.get(), 1);
     pinta(banda, {{9, 9, 9}, {1, 1, 0}}, {4, 5, 0});
     EXPECT_EQ(pantalla.llamadas,
               (Lineas{"setModoLinea FFFF", "setGrosor 2",

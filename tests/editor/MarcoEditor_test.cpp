@@ -18,23 +18,25 @@ using cad::Vector3D;
 using cad::prueba::GuionSesion;
 using cad::prueba::SesionEditor;
 
-// A local system "obra" at (10, 20, 0), turned a quarter round z: local x runs along y.
-SistemaLocal* obra()
+// Inserts and activates a local system "obra" at (10, 20, 0), turned a quarter round z:
+// local x runs along y.
+void activaObra(SesionEditor& s)
 {
-    auto* s = new SistemaLocal();
-    s->nombre = "obra";
-    s->setVectoresXYZ(Vector3D<double>(0, 1, 0), Vector3D<double>(-1, 0, 0),
-                      Vector3D<double>(0, 0, 1));
-    s->setOrigen(Punto3<double>(10, 20, 0));
-    return s;
-}
-
-TEST(MarcoEditor, coordenadasTecleadasEnElSistemaLocalActivo)
-{
-    SesionEditor s;
-    SistemaLocal* sl = obra();
+    auto* sl = new SistemaLocal();
+    sl->nombre = "obra";
+    sl->setVectoresXYZ(Vector3D<double>(0, 1, 0), Vector3D<double>(-1, 0, 0),
+                       Vector3D<double>(0, 0, 1));
+    sl->setOrigen(Punto3<double>(10, 20, 0));
     s.editor->nuevaEntidad(sl);
     s.editor->activaSistemaLocal(*sl);
+}
+
+// Typed coordinates are local while the system is active. Once the system is deleted, the
+// next paint drops it from the editor and the display, and points map to themselves again.
+TEST(MarcoEditor, coordenadasTecleadasEnElSistemaLocalActivoHastaQueSeBorra)
+{
+    SesionEditor s;
+    activaObra(s);
     EXPECT_TRUE(s.pantalla.haySistemaLocal);
     GuionSesion g(*s.editor, s.pantalla);
     g.escribe("1,2,3");
@@ -42,6 +44,13 @@ TEST(MarcoEditor, coordenadasTecleadasEnElSistemaLocalActivo)
     ASSERT_TRUE(s.editor->getPunto("P:", c, true));
     EXPECT_EQ(c.posicion, Punto3<double>(1, 2, 3));  // as typed
     EXPECT_EQ(c.get(), Punto3<double>(8, 21, 3));    // in the drawing
+
+    ASSERT_TRUE(s.dibujo.borraSistemaLocal("obra"));
+    EXPECT_TRUE(s.editor->haySistemaLocal);
+    s.pintaSuperposicion();
+    EXPECT_FALSE(s.editor->haySistemaLocal);
+    EXPECT_FALSE(s.pantalla.haySistemaLocal);
+    EXPECT_EQ(s.editor->aDocumento(Punto3<double>(1, 2, 3)), Punto3<double>(1, 2, 3));
 }
 
 TEST(MarcoEditor, elSistemaLocalViajaConElDocumento)
@@ -49,9 +58,7 @@ TEST(MarcoEditor, elSistemaLocalViajaConElDocumento)
     const std::string ruta = cad::prueba::rutaTemporal("conSistema.tcad");
     {
         SesionEditor s;
-        SistemaLocal* sl = obra();
-        s.editor->nuevaEntidad(sl);
-        s.editor->activaSistemaLocal(*sl);
+        activaObra(s);
         EXPECT_TRUE(s.editor->guardaDocumento(ruta.c_str()));
         std::string nombre;
         EXPECT_TRUE(s.dibujo.getVariable("sistemaLocal", nombre));
@@ -69,20 +76,6 @@ TEST(MarcoEditor, guardarEnUnaRutaImposibleDevuelveVerdadero)
 {
     SesionEditor s;
     EXPECT_TRUE(s.editor->guardaDocumento("/no/existe/esta/carpeta/d.tcad"));
-}
-
-TEST(MarcoEditor, unSistemaLocalBorradoSeQuitaAlPintar)
-{
-    SesionEditor s;
-    SistemaLocal* sl = obra();
-    s.editor->nuevaEntidad(sl);
-    s.editor->activaSistemaLocal(*sl);
-    ASSERT_TRUE(s.dibujo.borraSistemaLocal("obra"));
-    EXPECT_TRUE(s.editor->haySistemaLocal);
-    s.pintaSuperposicion();
-    EXPECT_FALSE(s.editor->haySistemaLocal);
-    EXPECT_FALSE(s.pantalla.haySistemaLocal);
-    EXPECT_EQ(s.editor->aDocumento(Punto3<double>(1, 2, 3)), Punto3<double>(1, 2, 3));
 }
 
 // A command that ends inside a transparent command ends that one too; closing the transparent

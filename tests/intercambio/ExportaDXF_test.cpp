@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <limits>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -99,20 +100,29 @@ std::string esperado(const std::string& capas, const std::string& entidades)
            entidades + "  0\nENDSEC\n  0\nEOF\n";
 }
 
-// Writes one file through `cuerpo` inside the ENTITIES section, on layer "0" unless changed.
-template <typename F>
-std::string escribeDXF(const std::string& nombre, F cuerpo)
+// A writer of one audited file, inside its ENTITIES section and on layer "0" until changed.
+class Escritor
 {
-    const std::string ruta = rutaDXF(nombre);
+public:
+    explicit Escritor(const std::string& nombre)
+        : ruta_(rutaDXF(nombre)), dxf_(std::make_unique<ExportaDXF>(ruta_))
     {
-        ExportaDXF dxf(ruta);
-        dxf.inicioEntidades();
-        dxf.setCapa("0");
-        cuerpo(dxf);
-        dxf.finEntidades();
+        dxf_->inicioEntidades();
+        dxf_->setCapa("0");
     }
-    return ruta;
-}
+    ExportaDXF* operator->() { return dxf_.get(); }
+    // Ends the section and the writer, which assembles the file; returns its path.
+    std::string cierra()
+    {
+        dxf_->finEntidades();
+        dxf_.reset();
+        return ruta_;
+    }
+
+private:
+    std::string ruta_;
+    std::unique_ptr<ExportaDXF> dxf_;
+};
 
 // A point bound to a layer by name: enough to see the drawing hand each entity the writer.
 class PuntoDXF : public cad::prueba::EntidadPrueba
@@ -144,14 +154,7 @@ TEST(ExportaDXF, DibujoSinEntidades)
         EXPECT_TRUE(dibujo.exportaDocumentoDFX(dxf));
         dibujo.finalizaDocumentoDXF(dxf);
     }
-    compruebaFichero(ruta,
-                     "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1009\n  0\nENDSEC\n"
-                     "  0\nSECTION\n  2\nTABLES\n"
-                     "  0\nTABLE\n  2\nLAYER\n 70\n     1\n"
-                     "  0\nLAYER\n  2\n0\n 70\n    0\n 62\n    7\n  6\nCONTINUOUS\n"
-                     "  0\nENDTAB\n  0\nENDSEC\n"
-                     "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n"
-                     "  0\nEOF\n");
+    compruebaFichero(ruta, esperado("", ""));
 }
 
 // A drawing's layers go to the table in list order with their colour index (a true colour
@@ -182,138 +185,116 @@ TEST(ExportaDXF, DibujoConCapasYEntidad)
                        " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"));
 }
 
-// POINT with a colour, with colour 0 and by layer (no group 62); reals are rounded to four
-// decimals; the running extents follow every written coordinate.
-TEST(ExportaDXF, Puntos)
+// Every record kind in one file, checked line for line.
+TEST(ExportaDXF, RegistrosDeCadaTipo)
 {
-    const std::string ruta = escribeDXF("puntos.dxf", [](ExportaDXF& dxf) {
-        EXPECT_EQ(dxf.minimo.x, std::numeric_limits<double>::max());
-        EXPECT_EQ(dxf.maximo.z, -std::numeric_limits<double>::max());
-        dxf.punto(1, 1.23456, -2.5, 0.0);
-        dxf.punto(0, 1000000.0, 0.00004, -0.00006);
-        dxf.punto(256, -3.0, 4.0, 5.0);
-        EXPECT_EQ(dxf.minimo, Punto3<double>(-3.0, -2.5, -0.00006));
-        EXPECT_EQ(dxf.maximo, Punto3<double>(1000000.0, 4.0, 5.0));
-    });
-    compruebaFichero(ruta, esperado("",
-                                    "  0\nPOINT\n  8\n0\n 62\n1\n"
-                                    " 10\n1.2346\n 20\n-2.5000\n 30\n0.0000\n"
-                                    "  0\nPOINT\n  8\n0\n 62\n0\n"
-                                    " 10\n1000000.0000\n 20\n0.0000\n 30\n-0.0001\n"
-                                    "  0\nPOINT\n  8\n0\n"
-                                    " 10\n-3.0000\n 20\n4.0000\n 30\n5.0000\n"));
-}
+    Escritor dxf("registros.dxf");
+    // POINT with a colour, with colour 0 and by layer (no group 62); reals are rounded to four
+    // decimals; the running extents follow every written coordinate.
+    EXPECT_EQ(dxf->minimo.x, std::numeric_limits<double>::max());
+    EXPECT_EQ(dxf->maximo.z, -std::numeric_limits<double>::max());
+    dxf->punto(1, 1.23456, -2.5, 0.0);
+    dxf->punto(0, 1000000.0, 0.00004, -0.00006);
+    dxf->punto(256, -3.0, 4.0, 5.0);
+    EXPECT_EQ(dxf->minimo, Punto3<double>(-3.0, -2.5, -0.00006));
+    EXPECT_EQ(dxf->maximo, Punto3<double>(1000000.0, 4.0, 5.0));
+    const std::string puntos =
+        "  0\nPOINT\n  8\n0\n 62\n1\n"
+        " 10\n1.2346\n 20\n-2.5000\n 30\n0.0000\n"
+        "  0\nPOINT\n  8\n0\n 62\n0\n"
+        " 10\n1000000.0000\n 20\n0.0000\n 30\n-0.0001\n"
+        "  0\nPOINT\n  8\n0\n"
+        " 10\n-3.0000\n 20\n4.0000\n 30\n5.0000\n";
 
-// LINE: the first point in 10/20/30, the second in 11/21/31.
-TEST(ExportaDXF, Linea)
-{
-    const std::string ruta = escribeDXF("linea.dxf", [](ExportaDXF& dxf) {
-        dxf.linea(5, 0.0, 0.0, 0.0, 10.0, 20.0, 30.0);
-    });
-    compruebaFichero(ruta, esperado("",
-                                    "  0\nLINE\n  8\n0\n 62\n5\n"
-                                    " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
-                                    " 11\n10.0000\n 21\n20.0000\n 31\n30.0000\n"));
-}
+    // LINE: the first point in 10/20/30, the second in 11/21/31.
+    dxf->linea(5, 0.0, 0.0, 0.0, 10.0, 20.0, 30.0);
+    const std::string linea =
+        "  0\nLINE\n  8\n0\n 62\n5\n"
+        " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+        " 11\n10.0000\n 21\n20.0000\n 31\n30.0000\n";
 
-// 3DFACE: a triangle has four corners in the file, the last two equal; a quadrilateral its
-// own four; both end with group 70 as 0.
-TEST(ExportaDXF, Caras)
-{
+    // 3DFACE: a triangle has four corners in the file, the last two equal; a quadrilateral
+    // its own four; both end with group 70 as 0.
     const Punto3<double> esquinas[4] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 2}, {0, 1, 2}};
-    const std::string ruta = escribeDXF("caras.dxf", [&](ExportaDXF& dxf) {
-        dxf.cara(3, esquinas, 2);
-        dxf.cara(4, esquinas, 256);
-    });
-    compruebaFichero(ruta, esperado("",
-                                    "  0\n3DFACE\n  8\n0\n 62\n2\n"
-                                    " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
-                                    " 11\n1.0000\n 21\n0.0000\n 31\n0.0000\n"
-                                    " 12\n1.0000\n 22\n1.0000\n 32\n2.0000\n"
-                                    " 13\n1.0000\n 23\n1.0000\n 33\n2.0000\n"
-                                    " 70\n0\n"
-                                    "  0\n3DFACE\n  8\n0\n"
-                                    " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
-                                    " 11\n1.0000\n 21\n0.0000\n 31\n0.0000\n"
-                                    " 12\n1.0000\n 22\n1.0000\n 32\n2.0000\n"
-                                    " 13\n0.0000\n 23\n1.0000\n 33\n2.0000\n"
-                                    " 70\n0\n"));
-}
+    dxf->cara(3, esquinas, 2);
+    dxf->cara(4, esquinas, 256);
+    const std::string caras =
+        "  0\n3DFACE\n  8\n0\n 62\n2\n"
+        " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+        " 11\n1.0000\n 21\n0.0000\n 31\n0.0000\n"
+        " 12\n1.0000\n 22\n1.0000\n 32\n2.0000\n"
+        " 13\n1.0000\n 23\n1.0000\n 33\n2.0000\n"
+        " 70\n0\n"
+        "  0\n3DFACE\n  8\n0\n"
+        " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+        " 11\n1.0000\n 21\n0.0000\n 31\n0.0000\n"
+        " 12\n1.0000\n 22\n1.0000\n 32\n2.0000\n"
+        " 13\n0.0000\n 23\n1.0000\n 33\n2.0000\n"
+        " 70\n0\n";
 
-// POLYLINE with its flags, VERTEX records (flag 32, layer, no colour) and SEQEND; closing
-// the polyline clears its flag and the group 70 bits, leaving the section flag alone.
-TEST(ExportaDXF, Polilineas)
-{
-    const std::string ruta = escribeDXF("polilineas.dxf", [](ExportaDXF& dxf) {
-        dxf.inicioPolilinea(9, 4);
-        EXPECT_EQ(dxf.estado, 0x400U | 0x100U | 9U);
-        dxf.verticePolilinea(0.0, 0.0, 1.0);
-        dxf.verticePolilinea(2.0, 0.0, 1.0);
-        dxf.verticePolilinea(2.0, 3.0, 1.0);
-        dxf.finPolilinea();
-        EXPECT_EQ(dxf.estado, 0x400U);
-        dxf.inicioPolilinea(8, 256);
-        dxf.verticePolilinea(5.0, 5.0, 0.0);
-        dxf.verticePolilinea(6.0, 5.0, 0.0);
-        dxf.finPolilinea();
-    });
-    compruebaFichero(ruta, esperado("",
-                                    "  0\nPOLYLINE\n  8\n0\n 62\n4\n 66\n     1\n 70\n     9\n"
-                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
-                                    " 10\n0.0000\n 20\n0.0000\n 30\n1.0000\n"
-                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
-                                    " 10\n2.0000\n 20\n0.0000\n 30\n1.0000\n"
-                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
-                                    " 10\n2.0000\n 20\n3.0000\n 30\n1.0000\n"
-                                    "  0\nSEQEND\n"
-                                    "  0\nPOLYLINE\n  8\n0\n 66\n     1\n 70\n     8\n"
-                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
-                                    " 10\n5.0000\n 20\n5.0000\n 30\n0.0000\n"
-                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
-                                    " 10\n6.0000\n 20\n5.0000\n 30\n0.0000\n"
-                                    "  0\nSEQEND\n"));
-}
+    // POLYLINE with its flags, VERTEX records (flag 32, layer, no colour) and SEQEND; closing
+    // the polyline clears its flag and the group 70 bits, leaving the section flag alone.
+    dxf->inicioPolilinea(9, 4);
+    EXPECT_EQ(dxf->estado, 0x400U | 0x100U | 9U);
+    dxf->verticePolilinea(0.0, 0.0, 1.0);
+    dxf->verticePolilinea(2.0, 0.0, 1.0);
+    dxf->verticePolilinea(2.0, 3.0, 1.0);
+    dxf->finPolilinea();
+    EXPECT_EQ(dxf->estado, 0x400U);
+    dxf->inicioPolilinea(8, 256);
+    dxf->verticePolilinea(5.0, 5.0, 0.0);
+    dxf->verticePolilinea(6.0, 5.0, 0.0);
+    dxf->finPolilinea();
+    const std::string polilineas =
+        "  0\nPOLYLINE\n  8\n0\n 62\n4\n 66\n     1\n 70\n     9\n"
+        "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+        " 10\n0.0000\n 20\n0.0000\n 30\n1.0000\n"
+        "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+        " 10\n2.0000\n 20\n0.0000\n 30\n1.0000\n"
+        "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+        " 10\n2.0000\n 20\n3.0000\n 30\n1.0000\n"
+        "  0\nSEQEND\n"
+        "  0\nPOLYLINE\n  8\n0\n 66\n     1\n 70\n     8\n"
+        "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+        " 10\n5.0000\n 20\n5.0000\n 30\n0.0000\n"
+        "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+        " 10\n6.0000\n 20\n5.0000\n 30\n0.0000\n"
+        "  0\nSEQEND\n";
 
-// TEXT: left and unrotated has neither group 11 nor 50; right justified at 180 degrees has
-// the alignment point one unit along a = 180/180*3.1415 (so y moves by 0.0001) and group 50.
-TEST(ExportaDXF, Textos)
-{
-    const std::string ruta = escribeDXF("textos.dxf", [](ExportaDXF& dxf) {
-        dxf.texto("Hola", cad::kJustificarIzquierda, 1.0, 2.0, 3.0, 2.5, 0.0);
-        dxf.texto("Cota 12", cad::kJustificarDerecha, 10.0, 20.0, 0.0, 0.5, 180.0);
-    });
-    compruebaFichero(ruta, esperado("",
-                                    "  0\nTEXT\n  8\n0\n"
-                                    " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"
-                                    " 40\n2.5000\n 72\n0\n  1\nHola\n"
-                                    "  0\nTEXT\n  8\n0\n"
-                                    " 10\n10.0000\n 20\n20.0000\n 30\n0.0000\n"
-                                    " 11\n9.0000\n 21\n20.0001\n 31\n0.0000\n"
-                                    " 40\n0.5000\n 72\n2\n 50\n180.0000\n  1\nCota 12\n"));
-}
+    // TEXT: left and unrotated has neither group 11 nor 50; right justified at 180 degrees
+    // has the alignment point one unit along a = 180/180*3.1415 (so y moves by 0.0001) and
+    // group 50.
+    dxf->texto("Hola", cad::kJustificarIzquierda, 1.0, 2.0, 3.0, 2.5, 0.0);
+    dxf->texto("Cota 12", cad::kJustificarDerecha, 10.0, 20.0, 0.0, 0.5, 180.0);
+    const std::string textos =
+        "  0\nTEXT\n  8\n0\n"
+        " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"
+        " 40\n2.5000\n 72\n0\n  1\nHola\n"
+        "  0\nTEXT\n  8\n0\n"
+        " 10\n10.0000\n 20\n20.0000\n 30\n0.0000\n"
+        " 11\n9.0000\n 21\n20.0001\n 31\n0.0000\n"
+        " 40\n0.5000\n 72\n2\n 50\n180.0000\n  1\nCota 12\n";
 
-// Multi-line text: the first line sits altura * k above the point, the next ones one unit
-// lower each. An empty line writes nothing but keeps its place, and so does an empty text.
-TEST(ExportaDXF, TextoVariasLineas)
-{
-    const std::string ruta = escribeDXF("texto_lineas.dxf", [](ExportaDXF& dxf) {
-        dxf.texto("uno\ndos", cad::kJustificarIzquierda, 1.0, 1.0, 0.0, 2.0, 0.0);
-        dxf.texto("a\n\nc", cad::kJustificarIzquierda, 5.0, 0.0, 1.0, 1.0, 90.0);
-        dxf.texto("", cad::kJustificarCentro, 0.0, 0.0, 0.0, 1.0, 0.0);
-    });
-    compruebaFichero(ruta, esperado("",
-                                    "  0\nTEXT\n  8\n0\n"
-                                    " 10\n1.0000\n 20\n3.0000\n 30\n0.0000\n"
-                                    " 40\n2.0000\n 72\n0\n  1\nuno\n"
-                                    "  0\nTEXT\n  8\n0\n"
-                                    " 10\n1.0000\n 20\n2.0000\n 30\n0.0000\n"
-                                    " 40\n2.0000\n 72\n0\n  1\ndos\n"
-                                    "  0\nTEXT\n  8\n0\n"
-                                    " 10\n7.0000\n 20\n0.0001\n 30\n1.0000\n"
-                                    " 40\n1.0000\n 72\n0\n 50\n90.0000\n  1\na\n"
-                                    "  0\nTEXT\n  8\n0\n"
-                                    " 10\n5.0000\n 20\n0.0000\n 30\n1.0000\n"
-                                    " 40\n1.0000\n 72\n0\n 50\n90.0000\n  1\nc\n"));
+    // Multi-line text: the first line sits altura * k above the point, the next ones one unit
+    // lower each. An empty line writes nothing but keeps its place, and so does an empty text.
+    dxf->texto("uno\ndos", cad::kJustificarIzquierda, 1.0, 1.0, 0.0, 2.0, 0.0);
+    dxf->texto("a\n\nc", cad::kJustificarIzquierda, 5.0, 0.0, 1.0, 1.0, 90.0);
+    dxf->texto("", cad::kJustificarCentro, 0.0, 0.0, 0.0, 1.0, 0.0);
+    const std::string variasLineas =
+        "  0\nTEXT\n  8\n0\n"
+        " 10\n1.0000\n 20\n3.0000\n 30\n0.0000\n"
+        " 40\n2.0000\n 72\n0\n  1\nuno\n"
+        "  0\nTEXT\n  8\n0\n"
+        " 10\n1.0000\n 20\n2.0000\n 30\n0.0000\n"
+        " 40\n2.0000\n 72\n0\n  1\ndos\n"
+        "  0\nTEXT\n  8\n0\n"
+        " 10\n7.0000\n 20\n0.0001\n 30\n1.0000\n"
+        " 40\n1.0000\n 72\n0\n 50\n90.0000\n  1\na\n"
+        "  0\nTEXT\n  8\n0\n"
+        " 10\n5.0000\n 20\n0.0000\n 30\n1.0000\n"
+        " 40\n1.0000\n 72\n0\n 50\n90.0000\n  1\nc\n";
+    compruebaFichero(dxf.cierra(),
+                     esperado("", puntos + linea + caras + polilineas + textos + variasLineas));
 }
 
 // Blanks, then points, become '_' in the table and in group 8; a layer is added once per
@@ -321,24 +302,24 @@ TEST(ExportaDXF, TextoVariasLineas)
 TEST(ExportaDXF, CapaNormalizada)
 {
     EXPECT_EQ(ExportaDXF::normalizaCapa("a b.c  d.."), "a_b_c__d__");
-    const std::string ruta = escribeDXF("capas.dxf", [](ExportaDXF& dxf) {
-        dxf.nuevaCapa("mi capa.1", 3);
-        dxf.nuevaCapa("mi_capa_1", 5);
-        dxf.nuevaCapa("0", 1);
-        dxf.nuevaCapa("Sin Color", 256);
-        dxf.setCapa("mi capa.1");
-        dxf.punto(256, 0.0, 0.0, 0.0);
-        dxf.setCapa("mi_capa_1");
-        dxf.linea(256, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0);
-    });
+    Escritor dxf("capas.dxf");
+    dxf->nuevaCapa("mi capa.1", 3);
+    dxf->nuevaCapa("mi_capa_1", 5);
+    dxf->nuevaCapa("0", 1);
+    dxf->nuevaCapa("Sin Color", 256);
+    dxf->setCapa("mi capa.1");
+    dxf->punto(256, 0.0, 0.0, 0.0);
+    dxf->setCapa("mi_capa_1");
+    dxf->linea(256, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0);
     compruebaFichero(
-        ruta, esperado("  0\nLAYER\n  2\nmi_capa_1\n 70\n    0\n 62\n    3\n  6\nCONTINUOUS\n"
-                       "  0\nLAYER\n  2\nSin_Color\n 70\n    0\n 62\n    256\n  6\nCONTINUOUS\n",
-                       "  0\nPOINT\n  8\nmi_capa_1\n"
-                       " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
-                       "  0\nLINE\n  8\nmi_capa_1\n"
-                       " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
-                       " 11\n1.0000\n 21\n1.0000\n 31\n1.0000\n"));
+        dxf.cierra(),
+        esperado("  0\nLAYER\n  2\nmi_capa_1\n 70\n    0\n 62\n    3\n  6\nCONTINUOUS\n"
+                 "  0\nLAYER\n  2\nSin_Color\n 70\n    0\n 62\n    256\n  6\nCONTINUOUS\n",
+                 "  0\nPOINT\n  8\nmi_capa_1\n"
+                 " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+                 "  0\nLINE\n  8\nmi_capa_1\n"
+                 " 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n"
+                 " 11\n1.0000\n 21\n1.0000\n 31\n1.0000\n"));
 }
 
 // Nearest palette entry by squared distance; on a tie the lower index wins (grey 58 lies as
@@ -380,19 +361,16 @@ TEST(ExportaDXF, CapaRGBA)
 TEST(ExportaDXF, FicheroMayorQueUnBloque)
 {
     const int n = 4000;
-    const std::string ruta = escribeDXF("grande.dxf", [n](ExportaDXF& dxf) {
-        for (int i = 0; i < n; ++i)
-        {
-            dxf.linea(1, i, 0.0, 0.0, i, 1.0, 0.0);
-        }
-    });
+    Escritor dxf("grande.dxf");
     std::string entidades;
     for (int i = 0; i < n; ++i)
     {
+        dxf->linea(1, i, 0.0, 0.0, i, 1.0, 0.0);
         const std::string x = std::to_string(i) + ".0000";
         entidades += "  0\nLINE\n  8\n0\n 62\n1\n 10\n" + x + "\n 20\n0.0000\n 30\n0.0000\n" +
                      " 11\n" + x + "\n 21\n1.0000\n 31\n0.0000\n";
     }
+    const std::string ruta = dxf.cierra();
     ASSERT_GT(entidades.size(), 0x40000U);
     compruebaFichero(ruta, esperado("", entidades));
 }
@@ -429,22 +407,21 @@ TEST(ExportaDXF, SeccionEntidades)
 TEST(ExportaDXF, PolilineaAbierta)
 {
     const Punto3<double> esquinas[3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}};
-    const std::string ruta = escribeDXF("polilinea_abierta.dxf", [&](ExportaDXF& dxf) {
-        dxf.inicioPolilinea(8, 256);
-        EXPECT_THROW(dxf.punto(1, 0.0, 0.0, 0.0), Excepcion);
-        EXPECT_THROW(dxf.linea(1, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0), Excepcion);
-        EXPECT_THROW(dxf.cara(3, esquinas, 1), Excepcion);
-        EXPECT_THROW(dxf.texto("t", 0, 0.0, 0.0, 0.0, 1.0, 0.0), Excepcion);
-        EXPECT_THROW(dxf.texto("", 0, 0.0, 0.0, 0.0, 1.0, 0.0), Excepcion);
-        EXPECT_THROW(dxf.inicioPolilinea(8, 256), Excepcion);
-        dxf.verticePolilinea(1.0, 2.0, 3.0);
-        dxf.finPolilinea();
-    });
-    compruebaFichero(ruta, esperado("",
-                                    "  0\nPOLYLINE\n  8\n0\n 66\n     1\n 70\n     8\n"
-                                    "  0\nVERTEX\n 70\n    32\n  8\n0\n"
-                                    " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"
-                                    "  0\nSEQEND\n"));
+    Escritor dxf("polilinea_abierta.dxf");
+    dxf->inicioPolilinea(8, 256);
+    EXPECT_THROW(dxf->punto(1, 0.0, 0.0, 0.0), Excepcion);
+    EXPECT_THROW(dxf->linea(1, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0), Excepcion);
+    EXPECT_THROW(dxf->cara(3, esquinas, 1), Excepcion);
+    EXPECT_THROW(dxf->texto("t", 0, 0.0, 0.0, 0.0, 1.0, 0.0), Excepcion);
+    EXPECT_THROW(dxf->texto("", 0, 0.0, 0.0, 0.0, 1.0, 0.0), Excepcion);
+    EXPECT_THROW(dxf->inicioPolilinea(8, 256), Excepcion);
+    dxf->verticePolilinea(1.0, 2.0, 3.0);
+    dxf->finPolilinea();
+    compruebaFichero(dxf.cierra(), esperado("",
+                                            "  0\nPOLYLINE\n  8\n0\n 66\n     1\n 70\n     8\n"
+                                            "  0\nVERTEX\n 70\n    32\n  8\n0\n"
+                                            " 10\n1.0000\n 20\n2.0000\n 30\n3.0000\n"
+                                            "  0\nSEQEND\n"));
 }
 
 // A vertex or an end without a polyline is refused, and so is a 3D vertex on a polyline whose
@@ -584,44 +561,41 @@ TEST(ExportaDXFDibujo, entidadesDeCadaTipoEnUnaCapaConBlancoYPunto)
     ASSERT_TRUE(dibujo.exportaDXF(ruta));
 
     const std::string capa = "  8\nmi_capa_1\n";
-    const auto xyz = [](const char* x, const char* y, const char* z) {
-        return std::string(" 10\n") + x + "\n 20\n" + y + "\n 30\n" + z + "\n";
-    };
-    const auto vertice = [&](const char* x, const char* y, const char* z) {
-        return "  0\nVERTEX\n 70\n    32\n" + capa + xyz(x, y, z);
-    };
-    const std::string esperado =
-        "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1009\n  0\nENDSEC\n"
-        "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nLAYER\n 70\n     1\n"
-        "  0\nLAYER\n  2\n0\n 70\n    0\n 62\n    7\n  6\nCONTINUOUS\n"
-        "  0\nLAYER\n  2\nmi_capa_1\n 70\n    0\n 62\n    7\n  6\nCONTINUOUS\n"
-        "  0\nENDTAB\n  0\nENDSEC\n"
-        "  0\nSECTION\n  2\nENTITIES\n"
+    const auto xyz = [](const char* x, const char* y, const char* z)
+    { return std::string(" 10\n") + x + "\n 20\n" + y + "\n 30\n" + z + "\n"; };
+    const auto vertice = [&](const char* x, const char* y, const char* z)
+    { return "  0\nVERTEX\n 70\n    32\n" + capa + xyz(x, y, z); };
+    const std::string entidades =
         // the point, by layer: no group 62
         "  0\nPOINT\n" + capa + xyz("1.0000", "2.0000", "3.0000") +
         // the line in red
         "  0\nLINE\n" + capa + " 62\n1\n" + xyz("0.0000", "0.0000", "0.0000") +
         " 11\n10.0000\n 21\n0.0000\n 31\n0.5000\n"
         // the closed polyline: flags 9, its first vertex not repeated
-        "  0\nPOLYLINE\n" + capa + " 66\n     1\n 70\n     9\n" +
-        vertice("0.0000", "0.0000", "0.0000") + vertice("5.0000", "0.0000", "0.0000") +
-        vertice("5.0000", "5.0000", "0.0000") + "  0\nSEQEND\n"
+        "  0\nPOLYLINE\n" +
+        capa + " 66\n     1\n 70\n     9\n" + vertice("0.0000", "0.0000", "0.0000") +
+        vertice("5.0000", "0.0000", "0.0000") + vertice("5.0000", "5.0000", "0.0000") +
+        "  0\nSEQEND\n"
         // the polygon: flags 9 as well
-        "  0\nPOLYLINE\n" + capa + " 66\n     1\n 70\n     9\n" +
-        vertice("1.0000", "1.0000", "0.0000") + vertice("2.0000", "1.0000", "0.0000") +
-        vertice("1.5000", "2.0000", "0.0000") + "  0\nSEQEND\n"
+        "  0\nPOLYLINE\n" +
+        capa + " 66\n     1\n 70\n     9\n" + vertice("1.0000", "1.0000", "0.0000") +
+        vertice("2.0000", "1.0000", "0.0000") + vertice("1.5000", "2.0000", "0.0000") +
+        "  0\nSEQEND\n"
         // the plane: an open polyline (flags 8) over its contour
-        "  0\nPOLYLINE\n" + capa + " 66\n     1\n 70\n     8\n" +
-        vertice("0.0000", "0.0000", "0.0000") + vertice("4.0000", "0.0000", "0.0000") +
-        vertice("4.0000", "3.0000", "0.0000") + "  0\nSEQEND\n"
+        "  0\nPOLYLINE\n" +
+        capa + " 66\n     1\n 70\n     8\n" + vertice("0.0000", "0.0000", "0.0000") +
+        vertice("4.0000", "0.0000", "0.0000") + vertice("4.0000", "3.0000", "0.0000") +
+        "  0\nSEQEND\n"
         // the text's first line one height-step up (2 * cos 0 * 1 newline), the second one
         // unit below it, not one height
-        "  0\nTEXT\n" + capa + xyz("1.0000", "3.0000", "0.0000") +
+        "  0\nTEXT\n" +
+        capa + xyz("1.0000", "3.0000", "0.0000") +
         " 40\n2.0000\n 72\n0\n  1\nuno\n"
-        "  0\nTEXT\n" + capa + xyz("1.0000", "2.0000", "0.0000") +
-        " 40\n2.0000\n 72\n0\n  1\ndos\n"
-        "  0\nENDSEC\n  0\nEOF\n";
-    compruebaFichero(ruta, esperado);
+        "  0\nTEXT\n" +
+        capa + xyz("1.0000", "2.0000", "0.0000") + " 40\n2.0000\n 72\n0\n  1\ndos\n";
+    compruebaFichero(ruta, esperado("  0\nLAYER\n  2\nmi_capa_1\n 70\n    0\n 62\n    7\n  6\n"
+                                    "CONTINUOUS\n",
+                                    entidades));
 }
 
 // The checked export never raises and never touches the previous file when it fails: a
