@@ -470,6 +470,10 @@ TEST_P(CatalogoEntidades, PuntosCalientesYArrastres)
     {
         esperado.push_back(cad::prueba::texto(v[k]) + "-" + cad::prueba::texto(v[(k + 1) % n]));
     }
+    for (const auto& [a, b] : t.aristasSueltas)
+    {
+        esperado.push_back(cad::prueba::texto(a) + "-" + cad::prueba::texto(b));
+    }
     cad::PuntosCalientes h;
     cad::PuntosCalientes edicion;
     e->puntosCalientes(h);

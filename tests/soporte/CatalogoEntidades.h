@@ -8,6 +8,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/geometria/Punto3.h"
@@ -65,6 +66,8 @@ struct TipoEntidad
     // next, the last wrapping round.
     int tipoCaliente = 0;
     int aristasCalientes = 0;
+    // Hot edges that join no two coordinates (a solid's box), after the others; not dragged.
+    std::vector<std::pair<Punto3<double>, Punto3<double>>> aristasSueltas{};
     std::string llamadas{};  // painting, as the display records it, a line per call
     std::string dxf{};       // the records between ENTITIES and ENDSEC
     std::vector<CasoReferencia> referencias{};
@@ -83,8 +86,8 @@ const std::vector<TipoEntidad>& catalogoEntidades();
 // The kinds of each family, one source file each.
 std::vector<TipoEntidad> tiposPuntosCaras();  // GrupoPuntos, Cara3D
 std::vector<TipoEntidad> tiposSuperficies();  // Policara, Superficie
-std::vector<TipoEntidad> tiposSolidos();      // Cubo, Prisma, Cilindro, Esfera, Foto360, Objeto3D
-std::vector<TipoEntidad> tiposCamaras();      // TomaCamara
+std::vector<TipoEntidad> tiposSolidos();      // Cubo, Prisma, Cilindro, Objeto3D
+std::vector<TipoEntidad> tiposCamaras();      // Esfera, Foto360, TomaCamara
 const TipoEntidad& tipoEntidad(const std::string& nombre);
 // "Ejes", blue (palette 5), id 7.
 Capa& capaCatalogo();
