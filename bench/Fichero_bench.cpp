@@ -1,4 +1,5 @@
-// Saving and loading survey-sized drawings, beside dd writing the same bytes to the same
+// Saving and loading survey-sized drawings (and the bulk bodies: a ten-million-point group and
+// a million-triangle polyface), beside dd writing the same bytes to the same
 // folder in the same run. The save is measured as a host makes it (checked, through a
 // temporary file flushed to disk and renamed), so dd runs with conv=fsync; a second dd row
 // without it shows what the page cache alone takes. Loads read a file the save wrote.
@@ -15,7 +16,9 @@
 #include "base/FicheroAtomico.h"
 #include "base/SerializadorBinarioLectura.h"
 #include "documento/Dibujo.h"
+#include "entidades/GrupoPuntos.h"
 #include "entidades/Linea.h"
+#include "entidades/Policara.h"
 #include "entidades/Polilinea.h"
 #include "entidades/Punto.h"
 
@@ -26,14 +29,16 @@ namespace fs = std::filesystem;
 
 enum caso_e
 {
-    kPuntos,     // 1,000,000 points
-    kLineas,     // 1,000,000 lines
-    kPolilineas  // 10,000 polylines of 1,000 vertices
+    kPuntos,      // 1,000,000 points
+    kLineas,      // 1,000,000 lines
+    kPolilineas,  // 10,000 polylines of 1,000 vertices
+    kGrupo,       // one point group of 10,000,000 coloured points
+    kPolicara     // one polyface of 1,000,000 triangles on 500,000 points
 };
 
 const char* nombreCaso(int caso)
 {
-    static const char* const kNombres[] = {"puntos", "lineas", "polilineas"};
+    static const char* const kNombres[] = {"puntos", "lineas", "polilineas", "grupo", "policara"};
     return kNombres[caso];
 }
 
@@ -67,6 +72,50 @@ cad::Dibujo& dibujo(int caso)
                                 ? static_cast<cad::Entidad*>(new cad::Punto(p.x, p.y, p.z))
                                 : new cad::Linea(p, p + cad::Vector3D<double>(1, 2, 0.5)));
         }
+    }
+    else if (caso == kGrupo)
+    {
+        auto* g = new cad::GrupoPuntos();
+        g->puntos.reserve(10000000);
+        g->colores.reserve(10000000);
+        for (int i = 0; i < 10000000; ++i)
+        {
+            g->nuevoPunto({431000.0 + (i % 4000) * 0.013, 4581000.0 + (i / 4000) * 0.011,
+                           600.0 + (i % 977) * 1e-3},
+                          0xFF000000U | static_cast<uint32_t>(i * 2654435761U >> 8));
+        }
+        d->nuevaEntidad(g);
+    }
+    else if (caso == kPolicara)
+    {
+        // A strip of 1,000 by 500 points, two triangles per cell, one corner record each.
+        auto* p = new cad::Policara();
+        p->puntos.reserve(500000);
+        for (int i = 0; i < 500000; ++i)
+        {
+            p->puntos.emplace_back(431000.0 + (i % 1000) * 0.05, 4581000.0 + (i / 1000) * 0.05,
+                                   600.0 + (i % 37) * 0.01);
+        }
+        p->esquinas.reserve(3000000);
+        p->triangulos.reserve(1000000);
+        for (int c = 0; c < 1000000; ++c)
+        {
+            const int fila = (c / 2) / 999 % 499;
+            const int columna = (c / 2) % 999;
+            const int a = fila * 1000 + columna;
+            const int esquinas[2][3] = {{a, a + 1, a + 1001}, {a, a + 1001, a + 1000}};
+            p->triangulos.push_back(static_cast<int32_t>(p->esquinas.size()));
+            for (int k : esquinas[c % 2])
+            {
+                cad::esquina_t e;
+                e.indice = k;
+                e.uv = {(k % 1000) / 999.0, (k / 1000) / 499.0};
+                e.normal = {0.0F, 0.0F, 1.0F};
+                e.material = 1;
+                p->esquinas.push_back(e);
+            }
+        }
+        d->nuevaEntidad(p);
     }
     else
     {
@@ -181,6 +230,12 @@ BENCHMARK(Lee)->Arg(kLineas)->Apply(Argumentos);
 BENCHMARK(Guarda)->Arg(kPolilineas)->Apply(Argumentos);
 BENCHMARK(Dd)->Args({kPolilineas, 1})->Args({kPolilineas, 0})->Apply(Argumentos);
 BENCHMARK(Lee)->Arg(kPolilineas)->Apply(Argumentos);
+BENCHMARK(Guarda)->Arg(kGrupo)->Apply(Argumentos);
+BENCHMARK(Dd)->Args({kGrupo, 1})->Args({kGrupo, 0})->Apply(Argumentos);
+BENCHMARK(Lee)->Arg(kGrupo)->Apply(Argumentos);
+BENCHMARK(Guarda)->Arg(kPolicara)->Apply(Argumentos);
+BENCHMARK(Dd)->Args({kPolicara, 1})->Args({kPolicara, 0})->Apply(Argumentos);
+BENCHMARK(Lee)->Arg(kPolicara)->Apply(Argumentos);
 
 }  // namespace
 

@@ -9,9 +9,7 @@
 #include "PantallaReferencia.h"
 #include "base/SerializadorBinarioEscritura.h"
 #include "documento/Dibujo.h"
-#include "entidades/Linea.h"
-#include "entidades/Polilinea.h"
-#include "entidades/Punto.h"
+#include "entidades/entidades.h"
 #include "modelo/Modelo3D.h"
 
 namespace
@@ -55,6 +53,46 @@ void llena(Fendrix::WrapDibujoCAD& dibujo, cad::PantallaReferencia& pantalla)
     d.nuevaEntidad(new cad::Punto(esquina.x, esquina.y, esquina.z));
     d.nuevaEntidad(new cad::Linea(esquina, {431270.0, 4581325.0, 612.0}));
     d.nuevaEntidad(new cad::Polilinea(3, contorno));
+}
+
+// One small entity of every kind the file knows, so that each body reader is reached.
+void todasLasClases(Fendrix::WrapDibujoCAD& dibujo)
+{
+    dibujo.nuevoDocumento();
+    cad::Dibujo& d = *dibujo.mDibujo;
+    const cad::Punto3<double> p[5] = {{0, 0, 0}, {2, 0, 0.5}, {2, 1, 1}, {0, 1, 0.5}, {1, 2, 2}};
+    const uint32_t colores[5] = {0xFF0000FFU, 0xFF00FF00U, 0xFFFF0000U, 0xFFFFFFFFU, 0xFF808080U};
+    d.nuevaEntidad(new cad::Punto(1, 2, 3));
+    d.nuevaEntidad(new cad::GrupoPuntos(5, p, colores));
+    d.nuevaEntidad(new cad::Cara3D(4, p));
+    auto* policara = new cad::Policara();
+    policara->puntos.assign(p, p + 5);
+    for (int32_t i : {0, 1, 4, 0, 1, 2, 3})
+    {
+        cad::esquina_t e;
+        e.indice = i;
+        e.uv = {0.25 * i, 0.5};
+        e.normal = {0, 0, 1};
+        e.material = i < 4 ? 1 : 2;
+        policara->esquinas.push_back(e);
+    }
+    policara->triangulos = {0};
+    policara->cuadrilateros = {3};
+    policara->cambiosMaterial = {0, 0, 1, 0};
+    d.nuevaEntidad(policara);
+    auto* superficie = new cad::Superficie();
+    superficie->modelo().nuevaCara(4, p, nullptr, false, 1);
+    d.nuevaEntidad(superficie);
+    d.nuevaEntidad(new cad::Cubo(p[0], p[2]));
+    d.nuevaEntidad(new cad::Prisma(p[0], p[4], 1));
+    d.nuevaEntidad(new cad::Cilindro(p[1], 0.5, 2.0, 1));
+    d.nuevaEntidad(new cad::Esfera(p[2], 1.5, 1));
+    auto* modelo = new cad::Modelo3D();
+    modelo->nuevaCara(4, p, nullptr, false, 1);
+    modelo->nuevaCara(3, p + 2, nullptr, false, 2);
+    d.nuevaEntidad(new cad::Objeto3D(modelo));
+    dibujo.nuevaTomaCamara(1, 1, 10, 0.1, 0.2, 0.3, 0.035, 6000, 4000, "IMG_1.JPG", "", 1, 24.0);
+    dibujo.nuevaFoto360(0, 0, 2, 3.0, 8, 4, 0.1, 0.2, 0.3, "esfera.jpg");
 }
 
 // The mesh reader's seed: a body as escribe writes it, of a cube on shared corners and a
@@ -107,6 +145,11 @@ int main(int argc, char** argv)
     dibujo.setPantalla(&visor);
     llena(dibujo, pantalla);
     dibujo.guarda(carpeta + "completo.tcad");
+    {
+        Fendrix::WrapDibujoCAD todas(nullptr, nullptr);
+        todasLasClases(todas);
+        todas.guarda(carpeta + "todas.tcad");
+    }
 
     // Cut inside the blocks, so that lengths promise more than the file holds.
     const std::vector<char> completo = bytesDe(carpeta + "completo.tcad");

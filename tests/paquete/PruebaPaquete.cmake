@@ -47,7 +47,7 @@ if(NOT r EQUAL 0)
 endif()
 execute_process(COMMAND "${TRABAJO}/programa/programa" "${TRABAJO}"
     RESULT_VARIABLE r OUTPUT_VARIABLE salidaPrograma ERROR_VARIABLE errores)
-if(NOT r EQUAL 0 OR NOT salidaPrograma MATCHES "^8 entidades, modelo de 1 caras")
+if(NOT r EQUAL 0 OR NOT salidaPrograma MATCHES "^19 entidades, modelo de 1 caras")
     message(FATAL_ERROR "the umbrella-header program failed: ${r}\n${salidaPrograma}${errores}")
 endif()
 

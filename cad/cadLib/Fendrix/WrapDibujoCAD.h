@@ -394,6 +394,33 @@ public:
     int64_t nuevaPolilinea3D(const std::vector<double>& coordenadas, bool cerrada);
     int64_t nuevoPoligono(int32_t n, const double* coordenadas);
     int64_t nuevoPoligono(const std::vector<double>& coordenadas);
+    // Appends a point to the point group `grupo`; the group's handle, or 0 when the handle
+    // is no group.
+    int64_t nuevoPunto(int64_t grupo, double x, double y, double z, int32_t color);
+    // One entity for many points: three doubles a point, one colour (red in the low byte) a
+    // point; the count is that of the colours.
+    int64_t nuevoGrupoPuntos(const std::vector<double>& coordenadas,
+                             const std::vector<int32_t>& colores);
+    // `n` corners, 3 or 4, three doubles each from the caller's memory.
+    int64_t nuevaCara3D(int32_t n, const double* coordenadas);
+    // Two opposite corners, six doubles from the caller's memory.
+    int64_t nuevoCubo(const double* coordenadas);
+    // A camera shot at x, y, z with the angles omega, phi, kappa (radians), focal distance
+    // and image size; `nombre` labels it and `tag` is the material holding its photograph
+    // (the host makes it; `ruta` is not read).
+    int64_t nuevaTomaCamara(double x, double y, double z, double o, double p, double k, double d,
+                            double w, double h, const std::string& nombre, const std::string& ruta,
+                            int32_t tag);
+    // The same, its glyph kept at `tamayoPixeles` on screen.
+    int64_t nuevaTomaCamara(double x, double y, double z, double o, double p, double k, double d,
+                            double w, double h, const std::string& nombre, const std::string& ruta,
+                            int32_t tag, double tamayoPixeles);
+    // A 360 photograph: a sphere of `anchura` meridians and `altura` parallels seen from
+    // inside, turned by roll, pitch and yaw. The image `foto` becomes a material of the first
+    // free id from 30000, sent to the display at once.
+    int64_t nuevaFoto360(double x, double y, double z, double radio, int32_t anchura,
+                         int32_t altura, double roll, double pitch, double yaw,
+                         const std::string& foto);
     int64_t ultimaEntidadCreada();
     // Inserts through the editor (undoable, offered to the insertion reactor) when there is
     // one; takes ownership and deletes a refused entity.
@@ -423,6 +450,33 @@ public:
     double longitud(int64_t handle);
     // The defining points, three doubles each; the result is the number of doubles.
     int32_t getVertices(int64_t handle, std::vector<double>& coordenadas);
+    // Deletes every camera shot and 360 photo with the material of its photograph; the
+    // number deleted.
+    int32_t borraTomasCamaras();
+    // The camera shots: their handles, and nine doubles each (x, y, z, omega, phi, kappa,
+    // focal distance, image width and height); the result is their number.
+    int32_t getTomasCamaras(std::vector<int64_t>& handles, std::vector<double>& datos);
+
+    // --- faces of models --------------------------------------------------------------
+    // The faces a pick can find on the entity.
+    int32_t numeroCaras(int64_t handle);
+    // Face i's corners, three doubles each; the result is the number of doubles.
+    int32_t getVerticesCara(int64_t handle, int32_t i, std::vector<double>& coordenadas);
+    // Face i of a model (an Objeto3D's or a Superficie's) takes the material and, corner by
+    // corner, the u, v pairs of `coordenadas`.
+    bool setMapeoFotografia(int64_t handle, int32_t i, int32_t idMaterial,
+                            const std::vector<double>& coordenadas);
+    bool setMapeoTextura(int64_t handle, int32_t i, int32_t idMaterial);
+    // Every face takes the material, and the vertices texture coordinates projected on the
+    // plane of the mean face normal.
+    bool setMapeoTextura(int64_t handle, int32_t idMaterial);
+
+    // --- exporters kept as traversals: they write no file ---------------------------------
+    // True for the handle of an Objeto3D.
+    bool exportaPLY(int64_t handle, const std::string& fichero);
+    bool exportaSKP(const std::string& fichero);
+    bool exportaCollada(const std::string& fichero, const std::string& ficheroTmp,
+                        const std::string& ficheroExec);
 
     // --- editor: undo, command line, input and commands ---------------------------------
     // A command operation returns when the user has finished it; while it waits, the
@@ -460,10 +514,10 @@ public:
     // Two points, snapped as the settings say.
     bool getVentana(const std::string& mensaje1, const std::string& mensaje2, double& x1,
                     double& y1, double& z1, double& x2, double& y2, double& z2);
-    bool getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x,
-                    double& y, double& z, double& radio);
-    bool getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x,
-                    double& y, double& z, double& xBorde, double& yBorde, double& zBorde);
+    bool getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x, double& y,
+                    double& z, double& radio);
+    bool getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x, double& y,
+                    double& z, double& xBorde, double& yBorde, double& zBorde);
     // The commands give the count of entities they made.
     int32_t comandoPunto();
     int32_t comandoLinea();
@@ -514,6 +568,9 @@ private:
     void creaWrapperReactorInicioProcesoReferenciaEntidades();
     void creaWrapperReactorFinalizaProcesoReferenciaEntidades();
     void muestraVariable(const char* variable, bool mostrar);
+    // The walk of the gutted exporters: the lines, polylines and models, and of each model
+    // the first face's material; false with no editor.
+    bool recorreModelos();
     bool camara(int cual, double& x, double& y, double& z);
     // The three steps of an export, in their order, through `dxf`.
     void escribeDXF(cad::ExportaDXF& dxf);

@@ -1,18 +1,18 @@
 #include "documento/Dibujo.h"
-#include "documento/VariablesPintura.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <map>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
-#include "base/Configuracion.h"
 #include "base/Admisible.h"
+#include "base/Configuracion.h"
 #include "base/ReferenciaObjetoCAD.h"
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
@@ -20,7 +20,9 @@
 #include "base/SerializadorLecturaBase.h"
 #include "documento/ReferenciaEntidades.h"
 #include "documento/Variables.h"
+#include "documento/VariablesPintura.h"
 #include "entidades/Entidad.h"
+#include "entidades/Objeto3D.h"
 #include "entidades/PuntoControl.h"
 #include "entidades/SistemaLocal.h"
 #include "entidades/Texto.h"
@@ -131,9 +133,25 @@ void Dibujo::une(Dibujo& otro)
             equivalencias.emplace_back(m->id, nuevo);
         }
     }
+    std::map<uint16_t, uint16_t> mapa;
+    for (const auto& [antiguo, nuevo] : equivalencias)
+    {
+        mapa[static_cast<uint16_t>(antiguo)] = static_cast<uint16_t>(nuevo);
+    }
+    // A model's faces name materials of the other drawing. The representation is not given
+    // to the model: a model paints with this drawing's "REPRESENTACION_MODELOS" whenever it
+    // is painted here.
     for (Entidad* e : otro.entidades)
     {
         Entidad* copia = e->clona();
+        if (copia->tieneFirma(kFirmaEntidadObjeto3D))
+        {
+            Modelo3D* modelo = static_cast<Objeto3D*>(copia)->modelo;
+            if (modelo != nullptr)
+            {
+                modelo->remapeaMateriales(mapa);
+            }
+        }
         Capa* c = e->capa.get() != nullptr ? buscaCapa(e->capa.get()->nombre.c_str()) : nullptr;
         copia->capa.set(c, 0);
         entidades.push_back(copia);
@@ -391,8 +409,7 @@ bool Dibujo::referenciaEntidades(PantallaCAD& p, cursor_t& cursor)
     ReferenciaEntidades r(&p, cursor.posicion, cursor.direccion, mascaraReferencias, tolerancia);
     r.cursor = cursor;
     bool alguna = false;
-    for (const Entidad* e :
-         entidadesCercaPixel(p, cursor.x, cursor.y, toleranciaReferencia, false))
+    for (const Entidad* e : entidadesCercaPixel(p, cursor.x, cursor.y, toleranciaReferencia, false))
     {
         if (e->capaVisible())
         {
@@ -1079,7 +1096,7 @@ int variableEnteraPintura(const char* nombre, int porDefecto)
 {
     int valor = porDefecto;
     return tDibujoPintando != nullptr && tDibujoPintando->getVariable(nombre, valor) ? valor
-                                                                                    : porDefecto;
+                                                                                     : porDefecto;
 }
 
 bool Dibujo::dibuja(PantallaCAD& p)

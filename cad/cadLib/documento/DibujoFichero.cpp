@@ -1,7 +1,5 @@
 // The drawing's file: its state kept in variables, the DXF export's three steps, and the
 // document file itself (writing, reading, checked forms, tying up references).
-#include "documento/Dibujo.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -16,10 +14,12 @@
 #include "base/SerializadorBinarioLectura.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
+#include "documento/Dibujo.h"
 #include "documento/Variables.h"
 #include "entidades/Entidad.h"
 #include "entidades/PuntoControl.h"
 #include "entidades/Texto.h"
+#include "entidades/TomaCamara.h"
 #include "intercambio/ExportaDXF.h"
 
 namespace cad
@@ -414,6 +414,10 @@ void Dibujo::ataReferencias()
         else if (e->tieneFirma(kFirmaEntidadPuntoControl))
         {
             estilo = &static_cast<PuntoControl*>(e)->referenciaEstilo();
+        }
+        else if (e->tieneFirma(kFirmaEntidadTomaCamara))
+        {
+            estilo = &static_cast<TomaCamara*>(e)->referenciaEstilo();
         }
         if (estilo != nullptr)
         {

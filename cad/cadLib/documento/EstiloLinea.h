@@ -20,8 +20,8 @@ public:
     // True when both fields came whole.
     bool lee(SerializadorLecturaBase& r) override;
 
-    bool porCapa;         // take pattern and width from the layer
-    double grosor = 1.0;  // line width
+    bool porCapa;              // take pattern and width from the layer
+    double grosor = 1.0;       // line width
     uint16_t patron = 0xFFFF;  // continuous
 };
 

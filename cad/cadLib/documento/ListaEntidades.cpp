@@ -13,16 +13,27 @@
 #include "base/SerializadorBinarioLectura.h"
 #include "base/SerializadorEscrituraBase.h"
 #include "base/SerializadorLecturaBase.h"
+#include "entidades/Cara3D.h"
+#include "entidades/Cilindro.h"
+#include "entidades/Cubo.h"
 #include "entidades/EntidadDesconocida.h"
+#include "entidades/Esfera.h"
 #include "entidades/Firmas.h"
+#include "entidades/Foto360.h"
+#include "entidades/GrupoPuntos.h"
 #include "entidades/Linea.h"
+#include "entidades/Objeto3D.h"
 #include "entidades/Plano.h"
+#include "entidades/Policara.h"
 #include "entidades/Poligono.h"
 #include "entidades/Polilinea.h"
+#include "entidades/Prisma.h"
 #include "entidades/Punto.h"
 #include "entidades/PuntoControl.h"
 #include "entidades/SistemaLocal.h"
+#include "entidades/Superficie.h"
 #include "entidades/Texto.h"
+#include "entidades/TomaCamara.h"
 
 namespace cad
 {
@@ -54,28 +65,27 @@ struct fila_t
 };
 
 // Tested in this order, exactly. "Pg1" is taken by the polyline first, so the polygon's row
-// never fires and a saved polygon comes back as a polyline: the file format stands so. Kinds
-// whose classes come later keep their bytes as unknown entities meanwhile.
+// never fires and a saved polygon comes back as a polyline: the file format stands so.
 const fila_t kFabrica[] = {
     {kFirmaEntidadPunto, [] { return static_cast<Entidad*>(new Punto()); }},
-    {kFirmaEntidadGrupoPuntos, nullptr},
+    {kFirmaEntidadGrupoPuntos, [] { return static_cast<Entidad*>(new GrupoPuntos()); }},
     {kFirmaEntidadLinea, [] { return static_cast<Entidad*>(new Linea()); }},
     {kFirmaEntidadPolilinea, [] { return static_cast<Entidad*>(new Polilinea()); }},
     {kFirmaEntidadPolilineaLarga, [] { return static_cast<Entidad*>(new Polilinea()); }},
     {kFirmaEntidadPolilinea, [] { return static_cast<Entidad*>(new Poligono()); }},
-    {kFirmaEntidadCara3D, nullptr},
-    {kFirmaEntidadPolicara, nullptr},
-    {kFirmaEntidadCubo, nullptr},
-    {kFirmaEntidadPrisma, nullptr},
-    {kFirmaEntidadCilindro, nullptr},
-    {kFirmaEntidadEsfera, nullptr},
+    {kFirmaEntidadCara3D, [] { return static_cast<Entidad*>(new Cara3D()); }},
+    {kFirmaEntidadPolicara, [] { return static_cast<Entidad*>(new Policara()); }},
+    {kFirmaEntidadCubo, [] { return static_cast<Entidad*>(new Cubo()); }},
+    {kFirmaEntidadPrisma, [] { return static_cast<Entidad*>(new Prisma()); }},
+    {kFirmaEntidadCilindro, [] { return static_cast<Entidad*>(new Cilindro()); }},
+    {kFirmaEntidadEsfera, [] { return static_cast<Entidad*>(new Esfera()); }},
     {kFirmaEntidadPuntoControl, [] { return static_cast<Entidad*>(new PuntoControl()); }},
-    {kFirmaEntidadSuperficie, nullptr},
-    {kFirmaEntidadObjeto3D, nullptr},
+    {kFirmaEntidadSuperficie, [] { return static_cast<Entidad*>(new Superficie()); }},
+    {kFirmaEntidadObjeto3D, [] { return static_cast<Entidad*>(new Objeto3D()); }},
     {kFirmaEntidadPlano, [] { return static_cast<Entidad*>(new Plano()); }},
     {kFirmaEntidadSistemaLocal, [] { return static_cast<Entidad*>(new SistemaLocal()); }},
-    {kFirmaEntidadTomaCamara, nullptr},
-    {kFirmaEntidadFoto360, nullptr},
+    {kFirmaEntidadTomaCamara, [] { return static_cast<Entidad*>(new TomaCamara()); }},
+    {kFirmaEntidadFoto360, [] { return static_cast<Entidad*>(new Foto360()); }},
     {kFirmaEntidadTexto, [] { return static_cast<Entidad*>(new Texto()); }},
 };
 

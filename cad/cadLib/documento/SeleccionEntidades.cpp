@@ -5,13 +5,21 @@
 #include <stdexcept>
 
 #include "documento/Dibujo.h"
+#include "entidades/Cara3D.h"
+#include "entidades/Cilindro.h"
 #include "entidades/Entidad.h"
+#include "entidades/Esfera.h"
 #include "entidades/Firmas.h"
+#include "entidades/Foto360.h"
+#include "entidades/GrupoPuntos.h"
 #include "entidades/Linea.h"
+#include "entidades/Objeto3D.h"
 #include "entidades/Plano.h"
 #include "entidades/Polilinea.h"
+#include "entidades/Prisma.h"
 #include "entidades/PuntoControl.h"
 #include "entidades/SistemaLocal.h"
+#include "entidades/TomaCamara.h"
 
 namespace cad
 {
@@ -195,6 +203,46 @@ PuntoControl* SeleccionEntidades::getEntidadPuntoControl(uint32_t i) const
 Entidad* SeleccionEntidades::getEntidadNube(uint32_t i) const
 {
     return conFirma(i, kFirmaEntidadNube);
+}
+
+GrupoPuntos* SeleccionEntidades::getEntidadGrupoPuntos(uint32_t i) const
+{
+    return static_cast<GrupoPuntos*>(conFirma(i, kFirmaEntidadGrupoPuntos));
+}
+
+Cara3D* SeleccionEntidades::getEntidadCara3D(uint32_t i) const
+{
+    return static_cast<Cara3D*>(conFirma(i, kFirmaEntidadCara3D));
+}
+
+Objeto3D* SeleccionEntidades::getEntidadObjeto3D(uint32_t i) const
+{
+    return static_cast<Objeto3D*>(conFirma(i, kFirmaEntidadObjeto3D));
+}
+
+Cilindro* SeleccionEntidades::getEntidadCilindro(uint32_t i) const
+{
+    return static_cast<Cilindro*>(conFirma(i, kFirmaEntidadCilindro));
+}
+
+Prisma* SeleccionEntidades::getEntidadPrisma(uint32_t i) const
+{
+    return static_cast<Prisma*>(conFirma(i, kFirmaEntidadPrisma));
+}
+
+Esfera* SeleccionEntidades::getEntidadEsfera(uint32_t i) const
+{
+    return static_cast<Esfera*>(conFirma(i, kFirmaEntidadEsfera));
+}
+
+TomaCamara* SeleccionEntidades::getEntidadTomaCamara(uint32_t i) const
+{
+    return static_cast<TomaCamara*>(conFirma(i, kFirmaEntidadTomaCamara));
+}
+
+Foto360* SeleccionEntidades::getEntidadFoto360(uint32_t i) const
+{
+    return static_cast<Foto360*>(conFirma(i, kFirmaEntidadFoto360));
 }
 
 }  // namespace cad

@@ -9,12 +9,20 @@ namespace cad
 {
 
 class Dibujo;
+class Cara3D;
+class Cilindro;
 class Entidad;
+class Esfera;
+class Foto360;
+class GrupoPuntos;
 class Linea;
+class Objeto3D;
 class Plano;
 class Polilinea;
+class Prisma;
 class PuntoControl;
 class SistemaLocal;
+class TomaCamara;
 
 // A plain value: made on the stack or returned by value. It must not outlive an operation
 // that deletes entities, as it keeps their addresses.
@@ -46,6 +54,14 @@ public:
     SistemaLocal* getEntidadSistemaLocal(uint32_t i) const;
     PuntoControl* getEntidadPuntoControl(uint32_t i) const;
     Entidad* getEntidadNube(uint32_t i) const;
+    GrupoPuntos* getEntidadGrupoPuntos(uint32_t i) const;
+    Cara3D* getEntidadCara3D(uint32_t i) const;
+    Objeto3D* getEntidadObjeto3D(uint32_t i) const;
+    Cilindro* getEntidadCilindro(uint32_t i) const;
+    Prisma* getEntidadPrisma(uint32_t i) const;
+    Esfera* getEntidadEsfera(uint32_t i) const;
+    TomaCamara* getEntidadTomaCamara(uint32_t i) const;
+    Foto360* getEntidadFoto360(uint32_t i) const;
 
     Dibujo* dibujo;
     std::vector<Entidad*> entidades;

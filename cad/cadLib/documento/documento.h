@@ -15,4 +15,5 @@
 #include "documento/ReferenciaEntidades.h"
 #include "documento/SeleccionEntidades.h"
 #include "documento/Variables.h"
+#include "documento/VariablesPintura.h"
 #include "documento/Vista.h"

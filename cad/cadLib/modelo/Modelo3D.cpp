@@ -120,7 +120,6 @@ void anade(std::vector<T>& v, const T& registro)
     v.push_back(registro);
 }
 
-
 }  // namespace
 
 bool enTriangulo(const Punto3<double>& w, const Punto3<double>& p, const Punto3<double>& q,
@@ -294,6 +293,66 @@ Modelo3D::~Modelo3D()
     {
         modeloActual = contextoGuardado_;
     }
+}
+
+bool Modelo3D::proyectaUV()
+{
+    Vector3D<double> n(0, 0, 0);
+    for (size_t c = 0; c < caras_.size(); ++c)
+    {
+        if (caras_[c].arista >= 0)
+        {
+            const Vector3D<float> f = normalCara(static_cast<int32_t>(c));
+            n += Vector3D<double>(f.x, f.y, f.z);
+        }
+    }
+    const double largo = n.modulo();
+    if (!(largo > 0.0))
+    {
+        return false;
+    }
+    n = n / largo;
+    // The first axis lies across the normal's smallest component, so it is never parallel.
+    const double ax = std::abs(n.x);
+    const double ay = std::abs(n.y);
+    const double az = std::abs(n.z);
+    const Vector3D<double> base = ax <= ay && ax <= az   ? Vector3D<double>(1, 0, 0)
+                                  : ay <= ax && ay <= az ? Vector3D<double>(0, 1, 0)
+                                                         : Vector3D<double>(0, 0, 1);
+    const Vector3D<double> e1 = n.cross(base).unit();
+    const Vector3D<double> e2 = n.cross(e1);
+    const Rect3<double> r = caja();
+    const Punto3<double> centro = Punto3<double>::puntoMedio(r.minimo, r.maximo);
+    double minimo[2] = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    double maximo[2] = {-std::numeric_limits<double>::max(), -std::numeric_limits<double>::max()};
+    for (const vertice_t& v : vertices_)
+    {
+        if (v.esValido())
+        {
+            const Vector3D<double> d = v.punto - centro;
+            const double st[2] = {d.dot(e1), d.dot(e2)};
+            for (int k = 0; k < 2; ++k)
+            {
+                minimo[k] = std::min(minimo[k], st[k]);
+                maximo[k] = std::max(maximo[k], st[k]);
+            }
+        }
+    }
+    if (!(maximo[0] > minimo[0]) || !(maximo[1] > minimo[1]))
+    {
+        return false;
+    }
+    for (vertice_t& v : vertices_)
+    {
+        if (v.esValido())
+        {
+            const Vector3D<double> d = v.punto - centro;
+            v.uv = Vector2D<float>(
+                static_cast<float>((d.dot(e1) - minimo[0]) / (maximo[0] - minimo[0])),
+                static_cast<float>((d.dot(e2) - minimo[1]) / (maximo[1] - minimo[1])));
+        }
+    }
+    return true;
 }
 
 Rect3<double> Modelo3D::caja() const

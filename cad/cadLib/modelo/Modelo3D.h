@@ -244,6 +244,15 @@ public:
     Punto3<double> centroCara(int32_t cara) const;
     // Vertex index triples by ear clipping, choosing the shortest diagonal.
     void triangulaCara(int32_t cara, std::vector<int32_t>& out) const;
+    // The corners of a face, in the order nuevaCara was given them; none for a dead face.
+    void verticesDeCara(int32_t cara, std::vector<int32_t>& out) const
+    {
+        verticesCara(cara, out, static_cast<size_t>(aristas_.size()));
+    }
+    // Texture coordinates by projection: the plane of the mean face normal through the centre
+    // of the box, two axes in it, and each vertex's place along them scaled to 0..1. False,
+    // and nothing changed, for a model with no face or no extent across that plane.
+    bool proyectaUV();
     // The first three corners of the cycle; -1 for those a face lacks.
     void primerosVertices(int32_t cara, int32_t& a, int32_t& b, int32_t& c) const;
 

@@ -1,6 +1,7 @@
 #include "Demo.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <map>
@@ -13,13 +14,131 @@
 #include "PantallaReferencia.h"
 #include "base/Color.h"
 #include "documento/Dibujo.h"
+#include "entidades/Cilindro.h"
+#include "entidades/Esfera.h"
+#include "entidades/GrupoPuntos.h"
+#include "entidades/Objeto3D.h"
 #include "entidades/Plano.h"
+#include "entidades/Policara.h"
 #include "entidades/Polilinea.h"
+#include "entidades/Prisma.h"
+#include "entidades/Superficie.h"
+#include "modelo/Modelo3D.h"
 
 namespace tarvelo
 {
 
 using Fendrix::WrapDibujoCAD;
+
+namespace
+{
+
+// A scan of the plot: 100,000 points on a gently rolling ground, coloured by height.
+void construyeNube(WrapDibujoCAD& dibujo)
+{
+    std::vector<double> coordenadas;
+    std::vector<int32_t> colores;
+    coordenadas.reserve(300000);
+    colores.reserve(100000);
+    for (int i = 0; i < 100000; ++i)
+    {
+        const double x = 431190.0 + (i % 400) * 0.175;
+        const double y = 4581290.0 + (i / 400) * 0.24;
+        const double z = 611.8 + 0.6 * std::sin(x * 0.05) * std::cos(y * 0.07) + (i % 7) * 0.01;
+        coordenadas.insert(coordenadas.end(), {x, y, z});
+        const int t = std::clamp(static_cast<int>((z - 611.0) * 160.0), 0, 255);
+        colores.push_back(t | ((255 - t) << 8) | (96 << 16));  // red rises with the height
+    }
+    dibujo.nuevoGrupoPuntos(coordenadas, colores);
+}
+
+// A facade photographed and meshed: a textured soup of two quads and two triangles with the
+// facade's material, built as an importer fills it.
+cad::Policara* construyeFachada(int16_t material)
+{
+    auto* p = new cad::Policara();
+    const double x0 = 431205.0;
+    const double y0 = 4581335.0;
+    p->puntos = {{x0, y0, 612.0},    {x0 + 10, y0, 612.0},      {x0 + 10, y0, 618.0},
+                 {x0, y0, 618.0},    {x0 + 10, y0 + 10, 612.0}, {x0 + 10, y0 + 10, 618.0},
+                 {x0 + 5, y0, 621.0}};
+    const auto esquina = [&](int32_t indice, double u, double v, float nx, float ny)
+    {
+        cad::esquina_t e;
+        e.indice = indice;
+        e.uv = {u, v};
+        e.normal = {nx, ny, 0.0F};
+        e.material = static_cast<uint16_t>(material);
+        p->esquinas.push_back(e);
+    };
+    p->triangulos.push_back(static_cast<int32_t>(p->esquinas.size()));
+    esquina(3, 0.0, 0.0, 0, -1);
+    esquina(2, 1.0, 0.0, 0, -1);
+    esquina(6, 0.5, 0.5, 0, -1);
+    p->cuadrilateros.push_back(static_cast<int32_t>(p->esquinas.size()));
+    esquina(0, 0.0, 1.0, 0, -1);
+    esquina(1, 1.0, 1.0, 0, -1);
+    esquina(2, 1.0, 0.0, 0, -1);
+    esquina(3, 0.0, 0.0, 0, -1);
+    p->cuadrilateros.push_back(static_cast<int32_t>(p->esquinas.size()));
+    esquina(1, 0.0, 1.0, 1, 0);
+    esquina(4, 1.0, 1.0, 1, 0);
+    esquina(5, 1.0, 0.0, 1, 0);
+    esquina(2, 0.0, 0.0, 1, 0);
+    return p;
+}
+
+// The survey's 3D side: a point cloud, a textured facade, solids, a meshed terrain patch,
+// two camera shots and a 360 photo.
+void construyeModelos(WrapDibujoCAD& dibujo)
+{
+    cad::Dibujo& d = *dibujo.mDibujo;
+    dibujo.capaActual("Topografia");
+    construyeNube(dibujo);
+    dibujo.capaActual("Edificios");
+    int16_t fachada = 0;
+    for (const cad::Material* m : d.materiales)
+    {
+        fachada = m->tieneTextura() ? m->id : fachada;
+    }
+    dibujo.insertaEntidad(construyeFachada(fachada));
+    dibujo.insertaEntidad(new cad::Esfera({431245.0, 4581340.0, 614.0}, 2.0, 1));
+    dibujo.insertaEntidad(new cad::Cilindro({431250.0, 4581300.0, 612.0}, 1.5, 6.0, 1));
+    dibujo.insertaEntidad(
+        new cad::Prisma({431235.0, 4581295.0, 612.0}, {431241.0, 4581299.0, 615.0}, 1));
+    const double cubo[] = {431222.0, 4581292.0, 612.0, 431225.0, 4581295.0, 615.0};
+    dibujo.nuevoCubo(cubo);
+    // A terrain patch of 20 by 12 quads.
+    auto* terreno = new cad::Modelo3D();
+    for (int j = 0; j <= 12; ++j)
+    {
+        for (int i = 0; i <= 20; ++i)
+        {
+            terreno->nuevoVertice({431190.0 + i * 2.0, 4581352.0 + j * 2.0,
+                                   612.0 + 0.3 * std::sin(i * 0.4) + 0.2 * std::cos(j * 0.5)});
+        }
+    }
+    for (int j = 0; j < 12; ++j)
+    {
+        for (int i = 0; i < 20; ++i)
+        {
+            const int32_t a = j * 21 + i;
+            const int32_t q[4] = {a, a + 1, a + 22, a + 21};
+            terreno->nuevaCara(4, q, false, 1);
+        }
+    }
+    dibujo.capaActual("Topografia");
+    dibujo.insertaEntidad(new cad::Objeto3D(terreno));
+    dibujo.capaActual("Referencias");
+    dibujo.nuevaTomaCamara(431215.0, 4581320.0, 640.0, 0.0, 0.0, 0.0, 0.035, 6000, 4000,
+                           "DSC_0412.JPG", "fotos/DSC_0412.JPG", 0);
+    dibujo.nuevaTomaCamara(431235.0, 4581320.0, 640.0, 0.02, -0.01, 0.5, 0.035, 6000, 4000,
+                           "DSC_0413.JPG", "fotos/DSC_0413.JPG", 0, 24.0);
+    dibujo.nuevaFoto360(431230.0, 4581318.0, 613.6, 3.0, 24, 12, 0.0, 0.0, 0.3,
+                        "fotos/esferica_001.jpg");
+}
+
+}  // namespace
 
 void construyeDemo(WrapDibujoCAD& dibujo)
 {
@@ -94,6 +213,7 @@ void construyeDemo(WrapDibujoCAD& dibujo)
     dibujo.insertaEntidad(plano);
     dibujo.nuevoSistemaLocal("Obra", {431200.0, 4581300.0, 612.0}, {0.8, 0.6, 0.0},
                              {-0.6, 0.8, 0.0}, {0.0, 0.0, 1.0});
+    construyeModelos(dibujo);
     dibujo.capaActual("Topografia");
 
     dibujo.zoomExtension(1.1);
@@ -234,6 +354,49 @@ void imprimeInfo(WrapDibujoCAD& dibujo, std::ostream& salida)
     for (const auto& [tipo, n] : porTipo)
     {
         salida << "  " << tipo << ": " << n << "\n";
+    }
+    // The bulk inside the entities: points of the groups, and the stored meshes (models,
+    // surfaces and polyfaces; a parametric solid's mesh is only made to paint it).
+    size_t puntosGrupos = 0;
+    size_t vertices = 0;
+    size_t caras = 0;
+    for (const cad::Entidad* e : d.entidades)
+    {
+        const cad::Modelo3D* m = nullptr;
+        if (const auto* g = dynamic_cast<const cad::GrupoPuntos*>(e))
+        {
+            puntosGrupos += g->puntos.size();
+        }
+        else if (const auto* o = dynamic_cast<const cad::Objeto3D*>(e))
+        {
+            m = o->modelo;
+        }
+        else if (const auto* sup = dynamic_cast<const cad::Superficie*>(e))
+        {
+            m = &sup->modelo();
+        }
+        else if (const auto* p = dynamic_cast<const cad::Policara*>(e))
+        {
+            vertices += p->puntos.size();
+            caras += p->triangulos.size() + p->cuadrilateros.size();
+        }
+        if (m != nullptr)
+        {
+            vertices += static_cast<size_t>(
+                std::count_if(m->vertices().begin(), m->vertices().end(),
+                              [](const cad::vertice_t& v) { return v.esValido(); }));
+            caras += static_cast<size_t>(std::count_if(m->caras().begin(), m->caras().end(),
+                                                       [](const cad::cara_t& c)
+                                                       { return c.arista >= 0; }));
+        }
+    }
+    if (puntosGrupos > 0)
+    {
+        salida << "Puntos en grupos: " << puntosGrupos << "\n";
+    }
+    if (caras > 0 || vertices > 0)
+    {
+        salida << "Modelos: " << vertices << " vertices, " << caras << " caras\n";
     }
     cad::Rect3<double> caja;
     d.entidades.extension(caja);

@@ -18,7 +18,18 @@ int main(int argc, char** argv)
                                             new cad::Polilinea(),
                                             new cad::Poligono(),
                                             new cad::Plano(4, contorno),
-                                            new cad::SistemaLocal()};
+                                            new cad::SistemaLocal(),
+                                            new cad::GrupoPuntos(4, contorno, nullptr),
+                                            new cad::Cara3D(3, contorno),
+                                            new cad::Policara(),
+                                            new cad::Superficie(),
+                                            new cad::Cubo(contorno[0], contorno[2]),
+                                            new cad::Prisma(),
+                                            new cad::Cilindro(),
+                                            new cad::Esfera(),
+                                            new cad::Objeto3D(),
+                                            new cad::TomaCamara(),
+                                            new cad::Foto360()};
     for (cad::Entidad* e : entidades)
     {
         dibujo.nuevaEntidad(e);
