@@ -24,6 +24,7 @@
 #include "documento/Dibujo.h"
 #include "entidades/Plano.h"
 #include "entidades/Punto.h"
+#include "soporte/CatalogoEntidades.h"
 #include "soporte/EntidadPrueba.h"
 #include "soporte/FicheroTemporal.h"
 
@@ -295,6 +296,25 @@ TEST(ExportaDXF, RegistrosDeCadaTipo)
         " 40\n1.0000\n 72\n0\n 50\n90.0000\n  1\nc\n";
     compruebaFichero(dxf.cierra(),
                      esperado("", puntos + linea + caras + polilineas + textos + variasLineas));
+}
+
+// Every kind of the catalogue in a file of its own, for the audit to read back: the records a
+// kind writes (3DFACEs of a tessellated solid, a point group's POINTs, TEXT) must make a file
+// an independent reader accepts.
+TEST(ExportaDXF, CadaTipoDelCatalogoParaLaAuditoria)
+{
+    for (const cad::prueba::TipoEntidad& t : cad::prueba::catalogoEntidades())
+    {
+        const std::string ruta = rutaDXF("catalogo_" + t.nombre + ".dxf");
+        {
+            ExportaDXF dxf(ruta);
+            dxf.nuevaCapa("Ejes", 5);
+            dxf.inicioEntidades();
+            t.crea()->exportaDXF(dxf);
+            dxf.finEntidades();
+        }
+        EXPECT_NE(leeTexto(ruta).find("  0\nEOF\n"), std::string::npos) << t.nombre;
+    }
 }
 
 // Blanks, then points, become '_' in the table and in group 8; a layer is added once per

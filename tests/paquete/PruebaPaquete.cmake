@@ -64,7 +64,11 @@ if(EXISTS "${AUDITOR}")
         endif()
     endif()
 endif()
-foreach(esperado "sin diferencias" "salida/demo.dxf")
+# The 3D side of the demo: the points of its group, the stored meshes, one of each new kind.
+foreach(esperado "sin diferencias" "salida/demo.dxf" "Puntos en grupos: 100000"
+        "Modelos: 280 vertices, 243 caras" "GrupoPuntos (GrpPnt1): 1" "PoliCara3D (Poly3D1): 1"
+        "Esfera (Es1): 1" "Cilindro (Cl1): 1" "Prisma (Pr1): 1" "Cubo (Cb1): 1"
+        "Objeto3D (Ob1): 1" "TomaCamara (TC1): 2" "Desconocida (F3D): 1")
     string(FIND "${salida}" "${esperado}" pos)
     if(pos EQUAL -1)
         message(FATAL_ERROR "the demo output lacks \"${esperado}\"")

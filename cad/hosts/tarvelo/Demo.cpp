@@ -129,7 +129,7 @@ void construyeModelos(WrapDibujoCAD& dibujo)
     }
     dibujo.capaActual("Topografia");
     dibujo.insertaEntidad(new cad::Objeto3D(terreno));
-    dibujo.capaActual("Referencias");
+    dibujo.nuevaCapa("Fotogrametria", true);
     dibujo.nuevaTomaCamara(431215.0, 4581320.0, 640.0, 0.0, 0.0, 0.0, 0.035, 6000, 4000,
                            "DSC_0412.JPG", "fotos/DSC_0412.JPG", 0);
     dibujo.nuevaTomaCamara(431235.0, 4581320.0, 640.0, 0.02, -0.01, 0.5, 0.035, 6000, 4000,
@@ -414,6 +414,35 @@ void imprimeInfo(WrapDibujoCAD& dibujo, std::ostream& salida)
     salida << linea;
 }
 
+namespace
+{
+
+// The points a save must keep. A model is saved as a compact copy (each face on corners of
+// its own), so its vertex records change in number while every face keeps its corners: for
+// it, the corners face by face.
+std::vector<cad::Punto3<double>> puntosGuardados(const cad::Entidad& e)
+{
+    std::vector<cad::Punto3<double>> puntos;
+    const auto* o = dynamic_cast<const cad::Objeto3D*>(&e);
+    if (o == nullptr || o->modelo == nullptr)
+    {
+        e.coordenadas(puntos);
+        return puntos;
+    }
+    std::vector<int32_t> esquinas;
+    for (size_t c = 0; c < o->modelo->caras().size(); ++c)
+    {
+        o->modelo->verticesDeCara(static_cast<int32_t>(c), esquinas);
+        for (int32_t v : esquinas)
+        {
+            puntos.push_back(o->modelo->vertices()[static_cast<size_t>(v)].punto);
+        }
+    }
+    return puntos;
+}
+
+}  // namespace
+
 int comparaDibujos(WrapDibujoCAD& a, WrapDibujoCAD& b, std::ostream& salida)
 {
     int diferencias = 0;
@@ -462,10 +491,8 @@ int comparaDibujos(WrapDibujoCAD& a, WrapDibujoCAD& b, std::ostream& salida)
     {
         const cad::Entidad& x = *da.entidades[i];
         const cad::Entidad& y = *db.entidades[i];
-        std::vector<cad::Punto3<double>> px;
-        std::vector<cad::Punto3<double>> py;
-        x.coordenadas(px);
-        y.coordenadas(py);
+        const std::vector<cad::Punto3<double>> px = puntosGuardados(x);
+        const std::vector<cad::Punto3<double>> py = puntosGuardados(y);
         const cad::Capa* cx = x.capaEntidad();
         const cad::Capa* cy = y.capaEntidad();
         // A polygon and a polyline share the tag "Pg1", and the reader takes it as a polyline:
