@@ -11,6 +11,7 @@
 #include "Fendrix/WrapDibujoCAD.h"
 #include "Fendrix/WrapPantallaCAD.h"
 #include "documento/Dibujo.h"
+#include "documento/EstiloTexto.h"
 #include "documento/Material.h"
 #include "entidades/Cara3D.h"
 #include "entidades/Foto360.h"
@@ -128,6 +129,23 @@ TEST(WrapModelos, fotosYTomasConSusMateriales)
     EXPECT_FALSE(h.w.mDibujo->existeMaterial(30001));
     EXPECT_EQ(h.w.mDibujo->entidades.size(), 1U);
     EXPECT_EQ(h.entidad(linea), h.w.mDibujo->entidades[0]);
+}
+
+// A loaded camera shot gets its text style back, as texts and control points do: its label
+// keeps the style's font.
+TEST(WrapModelos, tomaCargadaConSuEstilo)
+{
+    Anfitrion h;
+    h.w.nuevoEstiloTexto("Rotulos", "Mono", 9, true);
+    h.w.nuevaTomaCamara(1, 2, 3, 0, 0, 0, 0.035, 6000, 4000, "IMG_1", "", 0);
+    const std::string ruta = cad::prueba::rutaTemporal("toma.cad");
+    h.w.guarda(ruta);
+    Anfitrion otra;
+    ASSERT_TRUE(otra.w.lee(ruta));
+    auto* toma = dynamic_cast<cad::TomaCamara*>(otra.w.mDibujo->entidades.back());
+    ASSERT_NE(toma, nullptr);
+    ASSERT_NE(toma->referenciaEstilo().objeto, nullptr);
+    EXPECT_EQ(toma->referenciaEstilo().get()->nombre, "Rotulos");
 }
 
 // The host's switches act on painting only: a hidden camera or control point paints nothing

@@ -19,6 +19,7 @@
 #include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
 #include "documento/Capa.h"
+#include "documento/Dibujo.h"
 #include "entidades/EntidadDesconocida.h"
 #include "entidades/Punto.h"
 #include "intercambio/ExportaDXF.h"
@@ -590,6 +591,59 @@ TEST_P(CatalogoEntidades, HojaYTipo)
     EXPECT_FALSE(e->getElementoLista(1, 0, n, x, x, x));
     const double xyz[3] = {0, 0, 0};
     EXPECT_FALSE(e->setElementoLista(1, 0, n, xyz));
+}
+
+}  // namespace
+
+namespace
+{
+
+// A document holding every sample of the catalogue, as committed under tests/datos: a change
+// of any body's bytes, or of the file around them, shows here. CAD_REGENERA_DORADOS=1 writes
+// the committed file anew after a deliberate change of format.
+TEST(CatalogoEntidadesDorado, DocumentoConCadaTipo)
+{
+    cad::Dibujo d;
+    d.nuevoDocumento();
+    for (const TipoEntidad& t : cad::prueba::catalogoEntidades())
+    {
+        std::unique_ptr<cad::Entidad> e = t.crea();
+        e->asignaCapa(d.capas[0]);
+        d.nuevaEntidad(e.release());
+    }
+    const std::string ruta = cad::prueba::rutaTemporal("todas_las_entidades.cad");
+    cad::resultadoFichero_t r;
+    ASSERT_TRUE(d.guardaFichero(ruta, r)) << r.mensaje;
+    const Bytes escrito = cad::prueba::leeFichero(ruta);
+    const std::string dorado = std::string(CAD_TEST_DATOS) + "/todas_las_entidades.cad";
+    if (std::getenv("CAD_REGENERA_DORADOS") != nullptr)
+    {
+        cad::prueba::escribeFichero(dorado, escrito);
+    }
+    const Bytes guardado = cad::prueba::leeFichero(dorado);
+    EXPECT_TRUE(escrito == guardado) << "the file format changed: " << escrito.size()
+                                     << " bytes written, " << guardado.size() << " committed";
+
+    // The committed file reads back whole, every entity of its kind, and the second save
+    // writes each entity's block as it was, save the polygon, which comes back as a polyline
+    // (the two share a tag) and gains the closed flag.
+    cad::Dibujo leido;
+    ASSERT_TRUE(leido.leeFichero(dorado, r)) << r.mensaje;
+    ASSERT_EQ(leido.entidades.size(), cad::prueba::catalogoEntidades().size());
+    EXPECT_EQ(leido.entidades.danadas, 0U);
+    ASSERT_TRUE(leido.guardaFichero(ruta, r)) << r.mensaje;
+    const Bytes otraVez = cad::prueba::leeFichero(ruta);
+    const auto antes = cad::prueba::items(guardado, "Entid.1");
+    const auto despues = cad::prueba::items(otraVez, "Entid.1");
+    ASSERT_EQ(despues.size(), antes.size());
+    for (size_t i = 0; i < antes.size(); ++i)
+    {
+        const std::string& nombre = cad::prueba::catalogoEntidades()[i].nombre;
+        EXPECT_EQ(despues[i].tag, antes[i].tag) << nombre;
+        EXPECT_EQ(cad::prueba::trozo(otraVez, despues[i]) == cad::prueba::trozo(guardado, antes[i]),
+                  nombre != "Poligono")
+            << nombre;
+    }
 }
 
 }  // namespace
