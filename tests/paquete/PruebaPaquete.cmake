@@ -75,6 +75,19 @@ foreach(esperado "sin diferencias" "salida/demo.dxf" "Puntos en grupos: 100000"
     endif()
 endforeach()
 
+# A file with one entity of every kind (the fuzz seed) opens in info with the right counts.
+execute_process(COMMAND "${TRABAJO}/host/tarvelo" info "${FUENTE}/fuzz/corpus/todas.tcad"
+    WORKING_DIRECTORY "${TRABAJO}" RESULT_VARIABLE r OUTPUT_VARIABLE salidaInfo)
+foreach(esperado "Entidades (12):" "Cara3D (C3D): 1" "Cilindro (Cl1): 1" "Cubo (Cb1): 1"
+        "Desconocida (F3D): 1" "Esfera (Es1): 1" "GrupoPuntos (GrpPnt1): 1" "Objeto3D (Ob1): 1"
+        "PoliCara3D (Poly3D1): 1" "Prisma (Pr1): 1" "Superficie (Superficie3D001): 1"
+        "TomaCamara (TC1): 1" "Puntos en grupos: 5" "Modelos: 16 vertices, 5 caras")
+    string(FIND "${salidaInfo}" "${esperado}" pos)
+    if(NOT r EQUAL 0 OR pos EQUAL -1)
+        message(FATAL_ERROR "info of every kind lacks \"${esperado}\":\n${salidaInfo}")
+    endif()
+endforeach()
+
 # The drawing session, checked line by line: each line of the text `esperadas` must be a whole
 # line of `salida`, in the same order; other lines may come between them.
 function(compruebaLineas salida esperadas que)
