@@ -164,11 +164,6 @@ void Cara3D::dibuja(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Cara3D::nombreCategoria(int categoria) const
-{
-    return categoria == 1 ? "Geometría" : Entidad::nombreCategoria(categoria);
-}
-
 int Cara3D::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 1 ? 1 : Entidad::numeroPropiedadesCategoria(categoria);

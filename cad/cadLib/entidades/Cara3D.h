@@ -63,7 +63,6 @@ public:
     // Category 1, "Geometría": the list "Vértice", one element per corner; writing element
     // 0 writes the repeat too.
     int numeroCategorias() const override { return 2; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

@@ -145,15 +145,6 @@ constexpr double kPi = 3.141592653589793;
 
 }  // namespace
 
-std::string Cilindro::nombreCategoria(int categoria) const
-{
-    if (categoria == 1)
-    {
-        return "Geometría";
-    }
-    return categoria == 2 ? "Varios" : Entidad::nombreCategoria(categoria);
-}
-
 int Cilindro::numeroPropiedadesCategoria(int categoria) const
 {
     if (categoria == 1)

@@ -60,7 +60,6 @@ public:
     // Category 1 "Geometría": "Centro", "Radio", "Altura" (writable, raising `sucio`), "Área"
     // of the side alone and "Volumen", read-only. Category 2 "Varios": "Material".
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

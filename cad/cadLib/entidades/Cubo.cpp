@@ -147,11 +147,6 @@ void Cubo::dibuja(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Cubo::nombreCategoria(int categoria) const
-{
-    return categoria == 1 ? "Geometría" : Entidad::nombreCategoria(categoria);
-}
-
 int Cubo::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 1 ? kFilasCaja : Entidad::numeroPropiedadesCategoria(categoria);

@@ -1,5 +1,6 @@
 #include "entidades/Entidad.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -154,7 +155,9 @@ void Entidad::setEstiloTexto(EstiloTexto* estilo)
 
 std::string Entidad::nombreCategoria(int categoria) const
 {
-    return categoria == 0 ? "General" : "";
+    // Every kind names its categories alike: 1 "Geometría", 2 "Varios"; past its last, none.
+    static const char* const kNombres[] = {"General", "Geometría", "Varios"};
+    return categoria >= 0 && categoria < std::min(numeroCategorias(), 3) ? kNombres[categoria] : "";
 }
 
 int Entidad::numeroPropiedadesCategoria(int categoria) const

@@ -90,6 +90,7 @@ public:
 
     // --- the common property sheet (category 0, "General") ----------------------------
     int numeroCategorias() const override { return 1; }
+    // "General", "Geometría", "Varios" for categories 0, 1, 2 of the kind; "" past its last.
     std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;

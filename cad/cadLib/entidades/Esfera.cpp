@@ -236,19 +236,6 @@ void Esfera::dibuja(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Esfera::nombreCategoria(int categoria) const
-{
-    switch (categoria)
-    {
-        case 1:
-            return "Geometría";
-        case 2:
-            return "Varios";
-        default:
-            return Entidad::nombreCategoria(categoria);
-    }
-}
-
 int Esfera::numeroPropiedadesCategoria(int categoria) const
 {
     switch (categoria)
@@ -270,10 +257,7 @@ bool Esfera::getPropiedad(int categoria, int indice, Prop& p) const
         {
             return false;
         }
-        p.nombre = "Material";
-        p.tipo = TipoProp::Material;
-        p.material = static_cast<int16_t>(material_);
-        p.valor = std::to_string(material_);
+        filaMaterial(p, material_);
         return true;
     }
     if (categoria != 1)

@@ -63,7 +63,6 @@ public:
     // Category 1, "Geometría": "Centro" and "Radio", editable, then "Área" and "Volumen",
     // computed and read-only. Category 2, "Varios": "Material". Every write raises `sucio`.
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

@@ -230,11 +230,6 @@ void GrupoPuntos::dibuja(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string GrupoPuntos::nombreCategoria(int categoria) const
-{
-    return categoria == 1 ? "Geometría" : Entidad::nombreCategoria(categoria);
-}
-
 int GrupoPuntos::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 1 ? 1 : Entidad::numeroPropiedadesCategoria(categoria);

@@ -68,7 +68,6 @@ public:
     // Category 1, "Geometría": the list "Vértice", which shows no elements and takes no
     // writes.
     int numeroCategorias() const override { return 2; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

@@ -122,11 +122,6 @@ void Linea::dibuja(PantallaCAD& p) const
     p.dibujaLinea(*this, resuelveColorABGR(), pick);
 }
 
-std::string Linea::nombreCategoria(int categoria) const
-{
-    return categoria == 1 ? "Geometría" : Entidad::nombreCategoria(categoria);
-}
-
 int Linea::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 1 ? 4 : Entidad::numeroPropiedadesCategoria(categoria);

@@ -46,7 +46,6 @@ public:
     void dibuja(PantallaCAD& p) const override;
 
     int numeroCategorias() const override { return 2; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

@@ -268,15 +268,6 @@ void Objeto3D::generaModelo(Modelo3D& m) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Objeto3D::nombreCategoria(int categoria) const
-{
-    if (categoria == 1)
-    {
-        return "Geometría";
-    }
-    return categoria == 2 ? "Varios" : Entidad::nombreCategoria(categoria);
-}
-
 int Objeto3D::numeroPropiedadesCategoria(int categoria) const
 {
     if (categoria == 1)

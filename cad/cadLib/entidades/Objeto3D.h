@@ -69,7 +69,6 @@ public:
     // Category 1 "Geometría": "Vértices" and "Caras", the valid vertices and live faces,
     // read-only. Category 2 "Varios": "Material", written to every face.
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

@@ -660,11 +660,6 @@ void Plano::dibuja(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Plano::nombreCategoria(int categoria) const
-{
-    return categoria == 1 ? "Geometría" : Entidad::nombreCategoria(categoria);
-}
-
 int Plano::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 1 ? 1 : Entidad::numeroPropiedadesCategoria(categoria);

@@ -96,7 +96,6 @@ public:
 
     // --- property sheet: category 1 "Geometría" holds the list "Vértice" -----------------
     int numeroCategorias() const override { return 2; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     int numeroElementosLista(int categoria, int indice) const override;

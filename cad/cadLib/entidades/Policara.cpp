@@ -503,19 +503,6 @@ void Policara::dibujaPorMateriales(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Policara::nombreCategoria(int categoria) const
-{
-    switch (categoria)
-    {
-        case 1:
-            return "Geometría";
-        case 2:
-            return "Varios";
-        default:
-            return Entidad::nombreCategoria(categoria);
-    }
-}
-
 int Policara::numeroPropiedadesCategoria(int categoria) const
 {
     switch (categoria)

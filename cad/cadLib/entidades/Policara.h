@@ -79,7 +79,6 @@ public:
     // "Geometría" holds the list "Vértice" of the points (writes ignored); "Varios" the
     // triangle, quadrilateral and material counts, read-only.
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

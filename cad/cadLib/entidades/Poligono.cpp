@@ -81,11 +81,6 @@ void Poligono::dibuja(PantallaCAD& p) const
     p.dibujaPoligono(numeroVertices(), vertices.data(), resuelveColorABGR(), pick);
 }
 
-std::string Poligono::nombreCategoria(int categoria) const
-{
-    return cadenaVertices::nombreCategoria(*this, categoria);
-}
-
 int Poligono::numeroPropiedadesCategoria(int categoria) const
 {
     return cadenaVertices::numeroPropiedadesCategoria(*this, categoria);

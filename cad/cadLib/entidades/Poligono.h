@@ -45,7 +45,6 @@ public:
     void dibuja(PantallaCAD& p) const override;
 
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

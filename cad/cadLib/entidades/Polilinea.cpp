@@ -164,15 +164,6 @@ bool getReferenciaEntidades(const Entidad& e, const Polilinea3D<double>& c, Refe
     return tomado;
 }
 
-std::string nombreCategoria(const Entidad& e, int categoria)
-{
-    if (categoria == 1)
-    {
-        return "Geometría";
-    }
-    return categoria == 2 ? "Varios" : e.Entidad::nombreCategoria(categoria);
-}
-
 int numeroPropiedadesCategoria(const Entidad& e, int categoria)
 {
     if (categoria == 1)
@@ -284,7 +275,8 @@ Polilinea::Polilinea(int n, const Punto3<double>* puntos)
 
 const char* Polilinea::etiqueta() const
 {
-    return numeroVertices() >= kVerticesBloqueLargo ? kFirmaEntidadPolilineaLarga : kFirmaEntidadPolilinea;
+    return numeroVertices() >= kVerticesBloqueLargo ? kFirmaEntidadPolilineaLarga
+                                                    : kFirmaEntidadPolilinea;
 }
 
 int Polilinea::tamanoBloque() const
@@ -355,11 +347,6 @@ void Polilinea::dibuja(PantallaCAD& p) const
     }
     void* pick = const_cast<Entidad*>(static_cast<const Entidad*>(this));
     p.dibujaPolilinea(numeroVertices(), vertices.data(), cerrada, resuelveColorABGR(), pick);
-}
-
-std::string Polilinea::nombreCategoria(int categoria) const
-{
-    return cadenaVertices::nombreCategoria(*this, categoria);
 }
 
 int Polilinea::numeroPropiedadesCategoria(int categoria) const

@@ -57,7 +57,6 @@ public:
     void dibuja(PantallaCAD& p) const override;
 
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;
@@ -88,7 +87,6 @@ void puntosCalientes(Entidad& e, const Polilinea3D<double>& c, PuntosCalientes& 
 void aplicaPuntoCaliente(Polilinea3D<double>& c, const elemento_arrastrado_t& e);
 bool getReferenciaEntidades(const Entidad& e, const Polilinea3D<double>& c, ReferenciaEntidades& r);
 
-std::string nombreCategoria(const Entidad& e, int categoria);
 int numeroPropiedadesCategoria(const Entidad& e, int categoria);
 bool getPropiedad(const Entidad& e, const Polilinea3D<double>& c, int categoria, int indice,
                   Prop& p);

@@ -172,15 +172,6 @@ void Prisma::dibuja(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Prisma::nombreCategoria(int categoria) const
-{
-    if (categoria == 1)
-    {
-        return "Geometría";
-    }
-    return categoria == 2 ? "Varios" : Entidad::nombreCategoria(categoria);
-}
-
 int Prisma::numeroPropiedadesCategoria(int categoria) const
 {
     if (categoria == 1)

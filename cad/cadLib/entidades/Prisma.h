@@ -64,7 +64,6 @@ public:
     // raise `sucio` when written, then "Área" and "Volumen", read-only. Category 2 "Varios":
     // "Material".
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

@@ -111,11 +111,6 @@ void Punto::dibuja(PantallaCAD& p) const
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Punto::nombreCategoria(int categoria) const
-{
-    return categoria == 1 ? "Geometría" : Entidad::nombreCategoria(categoria);
-}
-
 int Punto::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 1 ? 1 : Entidad::numeroPropiedadesCategoria(categoria);

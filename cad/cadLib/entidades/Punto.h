@@ -44,7 +44,6 @@ public:
 
     // Category 1, "Geometría": "Posición", an editable coordinate.
     int numeroCategorias() const override { return 2; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

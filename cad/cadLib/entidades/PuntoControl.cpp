@@ -121,11 +121,6 @@ void PuntoControl::setTextoVisible(bool visible)
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string PuntoControl::nombreCategoria(int categoria) const
-{
-    return categoria == 2 ? "Varios" : Punto::nombreCategoria(categoria);
-}
-
 int PuntoControl::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 2 ? 2 : Punto::numeroPropiedadesCategoria(categoria);

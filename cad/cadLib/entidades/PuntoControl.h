@@ -40,7 +40,6 @@ public:
     // store the absolute value of the text as a number in `tamano`. A name or code longer
     // than kLongitudMaximaCadena is refused: false, the entity unchanged.
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

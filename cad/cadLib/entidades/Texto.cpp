@@ -89,11 +89,6 @@ void Texto::setTextoVisible(bool visible)
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string Texto::nombreCategoria(int categoria) const
-{
-    return categoria == 2 ? "Varios" : Punto::nombreCategoria(categoria);
-}
-
 int Texto::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 2 ? 2 : Punto::numeroPropiedadesCategoria(categoria);

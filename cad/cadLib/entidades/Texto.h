@@ -47,7 +47,6 @@ public:
     // Category 2, "Varios": "Texto", editable, and a second row with no name and no value.
     // A text longer than kLongitudMaximaCadena is refused: false, the entity unchanged.
     int numeroCategorias() const override { return 3; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;

@@ -181,11 +181,6 @@ void TomaCamara::setTextoVisible(bool visible)
 // ---------------------------------------------------------------------------------------
 // Property sheet
 
-std::string TomaCamara::nombreCategoria(int categoria) const
-{
-    return categoria == 1 ? "Geometría" : Entidad::nombreCategoria(categoria);
-}
-
 int TomaCamara::numeroPropiedadesCategoria(int categoria) const
 {
     return categoria == 1 ? 2 : Entidad::numeroPropiedadesCategoria(categoria);

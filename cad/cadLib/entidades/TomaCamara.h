@@ -58,7 +58,6 @@ public:
     // Category 1, "Geometría": "Posición" and "Orientación" (omega, phi, kappa in x, y, z),
     // both read-only; writes to it do nothing.
     int numeroCategorias() const override { return 2; }
-    std::string nombreCategoria(int categoria) const override;
     int numeroPropiedadesCategoria(int categoria) const override;
     bool getPropiedad(int categoria, int indice, Prop& p) const override;
     bool setPropiedad(int categoria, int indice, const Prop& p) override;
