@@ -23,15 +23,15 @@ public:
         : s_(s), datos_(std::clamp(total, size_t{64}, kTrozo))
     {
     }
-    template <class T>
-    void pon(const T& v)
+    // The values one after the other, with one test of room for the whole record.
+    template <class... T>
+    void pon(const T&... v)
     {
-        if (n_ + sizeof(T) > datos_.size())
+        if (n_ + (sizeof(T) + ...) > datos_.size())
         {
             vacia();
         }
-        std::memcpy(datos_.data() + n_, &v, sizeof(T));
-        n_ += sizeof(T);
+        (copia(v), ...);
     }
     void vacia()
     {
@@ -43,7 +43,15 @@ public:
     }
 
 private:
-    static constexpr size_t kTrozo = 1 << 18;
+    template <class T>
+    void copia(const T& v)
+    {
+        std::memcpy(datos_.data() + n_, &v, sizeof(T));
+        n_ += sizeof(T);
+    }
+
+    // As large as the binary writer's flush, so that a whole piece goes to the file uncopied.
+    static constexpr size_t kTrozo = size_t{1} << 20;
     SerializadorEscrituraBase& s_;
     std::vector<uint8_t> datos_;
     size_t n_ = 0;

@@ -67,12 +67,9 @@ void GrupoPuntos::escribe(SerializadorEscrituraBase& w)
     for (size_t i = 0; i < n; ++i)
     {
         const Punto3<double>& p = puntos[i];
-        e.pon(p.x);
-        e.pon(p.y);
-        e.pon(p.z);
         // A group built without colours writes 0 for them: the count promises a colour for
         // every point.
-        e.pon(i < colores.size() ? colores[i] : uint32_t{0});
+        e.pon(p.x, p.y, p.z, i < colores.size() ? colores[i] : uint32_t{0});
     }
     e.vacia();
 }

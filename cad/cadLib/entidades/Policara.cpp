@@ -199,13 +199,8 @@ void Policara::escribe(SerializadorEscrituraBase& w)
     Empaquetador e(w, kBytesEsquina * esquinas.size());
     for (const esquina_t& c : esquinas)
     {
-        e.pon(static_cast<uint32_t>(c.indice));
-        e.pon(c.uv.x);
-        e.pon(c.uv.y);
-        e.pon(c.normal.x);
-        e.pon(c.normal.y);
-        e.pon(c.normal.z);
-        e.pon(c.material);
+        e.pon(static_cast<uint32_t>(c.indice), c.uv.x, c.uv.y, c.normal.x, c.normal.y, c.normal.z,
+              c.material);
     }
     e.vacia();
     escribeEnteros(w, triangulos);
