@@ -148,8 +148,8 @@ TEST(WrapModelos, tomaCargadaConSuEstilo)
     EXPECT_EQ(toma->referenciaEstilo().get()->nombre, "Rotulos");
 }
 
-// The host's switches act on painting only: a hidden camera or control point paints nothing
-// and stays in the list and the extents; models paint in the drawing's representation.
+// The host's switches act on painting only: a hidden camera, control point or model paints
+// nothing and stays in the list and the extents; models paint in the drawing's representation.
 TEST(WrapModelos, visibilidadYRepresentacion)
 {
     Anfitrion h;
@@ -194,6 +194,9 @@ TEST(WrapModelos, visibilidadYRepresentacion)
         }
         EXPECT_EQ(objetos, std::vector<std::string>{std::to_string(static_cast<int>(r))});
     }
+    solo.w.muestraModelos(false);
+    EXPECT_EQ(Anfitrion::cuenta(solo.pinta(), "iniciaObjeto"), 0U);
+    EXPECT_EQ(solo.w.mDibujo->entidades.size(), 1U);
 }
 
 // Faces of a model by the index a pick gives them: their corners, a photograph mapped on one,

@@ -248,7 +248,8 @@ uint16_t Objeto3D::material() const
 
 void Objeto3D::dibuja(PantallaCAD& p) const
 {
-    if (modelo == nullptr)
+    // The host's switch hides the models; they stay in the list, the extents and the file.
+    if (modelo == nullptr || existeVariablePintura(kVarOcultaModelos))
     {
         return;
     }

@@ -13,6 +13,7 @@
 #include "base/SerializadorLecturaBase.h"
 #include "documento/Capa.h"
 #include "documento/ReferenciaEntidades.h"
+#include "documento/VariablesPintura.h"
 #include "intercambio/ExportaDXF.h"
 #include "modelo/PuntosCalientes.h"
 #include "pantalla/PantallaCAD.h"
@@ -374,6 +375,11 @@ bool Policara::getReferenciaEntidades(ReferenciaEntidades& r) const
 
 void Policara::dibuja(PantallaCAD& p) const
 {
+    // The host's switch hides the models; they stay in the list, the extents and the file.
+    if (existeVariablePintura(kVarOcultaModelos))
+    {
+        return;
+    }
     if (cambiosMaterial.empty())
     {
         dibujaUnMaterial(p);

@@ -89,6 +89,11 @@ bool Superficie::getReferenciaEntidades(ReferenciaEntidades& r) const
 
 void Superficie::dibuja(PantallaCAD& p) const
 {
+    // The host's switch hides the models; they stay in the list, the extents and the file.
+    if (existeVariablePintura(kVarOcultaModelos))
+    {
+        return;
+    }
     const int modo =
         variableEnteraPintura(kVarRepresentacionModelos, kRepresentacionModelosDefecto);
     modelo_.dibuja(p, modo, const_cast<Entidad*>(static_cast<const Entidad*>(this)));
