@@ -22,9 +22,9 @@
 #include "documento/Dibujo.h"
 #include "entidades/EntidadDesconocida.h"
 #include "entidades/Punto.h"
-#include "intercambio/ExportaDXF.h"
 #include "modelo/PuntosCalientes.h"
 #include "soporte/CatalogoEntidades.h"
+#include "soporte/CatalogoPiezas.h"
 #include "soporte/EntidadPrueba.h"
 #include "soporte/FicheroTemporal.h"
 
@@ -406,20 +406,7 @@ TEST_P(CatalogoEntidades, DibujoExacto)
 // The records on the entity's layer are the whole ENTITIES section, exactly.
 TEST_P(CatalogoEntidades, RegistrosDXF)
 {
-    const std::string ruta = cad::prueba::rutaTemporal("catalogo.dxf");
-    {
-        cad::ExportaDXF dxf(ruta);
-        dxf.nuevaCapa("Ejes", 5);
-        dxf.inicioEntidades();
-        GetParam().crea()->exportaDXF(dxf);
-        dxf.finEntidades();
-    }
-    const Bytes b = cad::prueba::leeFichero(ruta);
-    const std::string texto(b.begin(), b.end());
-    const size_t inicio = texto.find("  2\nENTITIES\n");
-    ASSERT_NE(inicio, std::string::npos) << texto;
-    const size_t fin = texto.find("  0\nENDSEC\n", inicio);
-    EXPECT_EQ(texto.substr(inicio + 13, fin - inicio - 13), GetParam().dxf);
+    EXPECT_EQ(cad::prueba::registrosDXF(*GetParam().crea()), GetParam().dxf);
 }
 
 // One line per hot point ("kind#number(x,y,z)") and per edge.
@@ -451,8 +438,8 @@ void arrastra(cad::Entidad& e, int tipo, int indice, const Puntos& extra,
 }
 
 // The hot points are the coordinates, numbered in order and owned by the entity, then the
-// edges; the editing set is the same. A point drag moves that coordinate to the drag's
-// position. An edge drag moves both ends rigidly from where they were at the grab, so a
+// edges and the faces; the editing set is the same. A point drag moves that coordinate to the
+// drag's position. An edge drag moves both ends rigidly from where they were at the grab, so a
 // repeated call moves them no further. Drags of a kind the entity does not offer, past its
 // points or edges, or of an edge without both grab ends, change nothing.
 TEST_P(CatalogoEntidades, PuntosCalientesYArrastres)
@@ -481,6 +468,8 @@ TEST_P(CatalogoEntidades, PuntosCalientesYArrastres)
     e->puntosCalientesEdicion(edicion, 0, 0);
     EXPECT_EQ(resumen(h, e.get()), esperado);
     EXPECT_EQ(resumen(edicion, e.get()), esperado);
+    EXPECT_EQ(h.numeroCaras(), t.carasCalientes);
+    EXPECT_EQ(edicion.numeroCaras(), t.carasCalientes);
 
     const cad::Vector3D<double> d(0.5, -0.25, 0);  // within every sample's plane
     for (size_t i = 0; i < n && t.tipoCaliente != 0; ++i)
@@ -624,9 +613,10 @@ TEST(CatalogoEntidadesDorado, DocumentoConCadaTipo)
     EXPECT_TRUE(escrito == guardado) << "the file format changed: " << escrito.size()
                                      << " bytes written, " << guardado.size() << " committed";
 
-    // The committed file reads back whole, every entity of its kind, and the second save
-    // writes each entity's block as it was, save the polygon, which comes back as a polyline
-    // (the two share a tag) and gains the closed flag.
+    // The committed file reads back whole through the list's factory, every entity of its
+    // kind's class (the surface only so from a u64 block), and the second save writes each
+    // entity's block as it was, save the polygon, which comes back as a polyline (the two
+    // share a tag) and gains the closed flag.
     cad::Dibujo leido;
     ASSERT_TRUE(leido.leeFichero(dorado, r)) << r.mensaje;
     ASSERT_EQ(leido.entidades.size(), cad::prueba::catalogoEntidades().size());
@@ -640,6 +630,9 @@ TEST(CatalogoEntidadesDorado, DocumentoConCadaTipo)
     {
         const std::string& nombre = cad::prueba::catalogoEntidades()[i].nombre;
         EXPECT_EQ(despues[i].tag, antes[i].tag) << nombre;
+        const cad::Entidad& leida = *leido.entidades[i];
+        const std::unique_ptr<cad::Entidad> vacia = cad::prueba::catalogoEntidades()[i].vacia();
+        EXPECT_EQ(typeid(leida) == typeid(*vacia), nombre != "Poligono") << nombre;
         EXPECT_EQ(cad::prueba::trozo(otraVez, despues[i]) == cad::prueba::trozo(guardado, antes[i]),
                   nombre != "Poligono")
             << nombre;

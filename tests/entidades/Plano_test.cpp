@@ -50,8 +50,10 @@ const Puntos kSuelo = {{0, 0, 0}, {7, 0, 0}, {7, 2, 0}, {7, 4, 0}, {0, 4, 0}};
 
 // The solver on known matrices: eigenvalues come out in rising order, each column is a unit
 // eigenvector (A v = l v) and the columns are orthogonal; a diagonal, a repeated and a zero
-// matrix need no rounds and still sort.
-TEST(PlanoAjuste, AutovaloresOrdenadosYVectores)
+// matrix need no rounds and still sort. Points of the known plane 2x - 3y + 6z + 7 = 0 give
+// it back up to sign and scale, as a unit normal; moved to survey coordinates the fit still
+// holds them, thanks to the centroid. No points give the all-zero plane.
+TEST(PlanoAjuste, AutovaloresYPlanoConocido)
 {
     const double matrices[][3][3] = {{{2, 1, 0}, {1, 2, 0}, {0, 0, 5}},
                                      {{4, -2, 1}, {-2, 3, 0.5}, {1, 0.5, 7}},
@@ -79,13 +81,7 @@ TEST(PlanoAjuste, AutovaloresOrdenadosYVectores)
             }
         }
     }
-}
 
-// Points of the known plane 2x - 3y + 6z + 7 = 0 give it back up to sign and scale, as a unit
-// normal; moved to survey coordinates the fit still holds them, thanks to the centroid. No
-// points give the all-zero plane.
-TEST(PlanoAjuste, RecuperaPlanoConocido)
-{
     for (const double desplazamiento : {0.0, 4581320.0})
     {
         Puntos puntos;
@@ -110,8 +106,11 @@ TEST(PlanoAjuste, RecuperaPlanoConocido)
 
 // Both constructors: the given plane keeps points off it unprojected and an empty contour's
 // reference is invalido; the fitting form leaves two points with a zero plane, starts an
-// empty one at the origin and fits three or more.
-TEST(PlanoConstruccion, DosFormas)
+// empty one at the origin and fits three or more. nuevoVertice on two points fits the plane
+// for the first time; a fourth point off that plane refits and every point is reprojected.
+// traslada leaves the coefficients and the reference behind, and the next nuevoVertice puts
+// the contour back on a fitted plane.
+TEST(PlanoContorno, ConstruccionNuevoVerticeYTraslada)
 {
     const Puntos fuera = {{0, 0, 5}, {1, 0, 5}, {0, 1, 5}};
     const Plano dado(cad::Plano3D<double>(0, 0, 1, 0), 3, fuera.data());
@@ -126,13 +125,7 @@ TEST(PlanoConstruccion, DosFormas)
     const Plano tres(3, fuera.data());
     EXPECT_NEAR(std::abs(tres.c), 1.0, 1e-15);
     EXPECT_TRUE(todosEnPlano(tres));
-}
 
-// nuevoVertice on two points fits the plane for the first time; a fourth point off that plane
-// refits and every point is reprojected. traslada leaves the coefficients and the reference
-// behind, and the next nuevoVertice puts the contour back on a fitted plane.
-TEST(PlanoContorno, NuevoVerticeYTraslada)
-{
     Plano pl(2, kCuadrado.data());
     pl.nuevoVertice(kCuadrado[2]);
     EXPECT_NEAR(std::abs(pl.c), 1.0, 1e-15);
@@ -196,9 +189,11 @@ TEST(PlanoFichero, CerradaSePierdeYDosPuntosNoPintan)
     EXPECT_TRUE(pantalla.llamadas.empty());
 }
 
-// The painted object of a square: a normal per vertex, the four sides, two fan triangles,
-// full shine and half opacity.
-TEST(PlanoDibujo, ObjetoDelCuadrado)
+// The painted object of a square: a normal per vertex, the four sides, two fan triangles
+// (full shine and half opacity are in the catalogue's calls). A non-convex L contour, either
+// way round: ear clipping gives n - 2 triangles that all turn like the contour and together
+// cover exactly its area.
+TEST(PlanoDibujo, ObjetoDelCuadradoYTriangulacion)
 {
     const std::unique_ptr<cad::Entidad> pl = cad::prueba::tipoEntidad("Plano").crea();
     cad::prueba::PantallaGrabadora pantalla;
@@ -208,19 +203,11 @@ TEST(PlanoDibujo, ObjetoDelCuadrado)
     EXPECT_EQ(objeto.caras, (std::vector<int32_t>{3, 0, 1, 2, 3, 0, 2, 3}));
     EXPECT_EQ(objeto.aristas, (std::vector<uint32_t>{0, 1, 1, 2, 2, 3, 3, 0}));
     EXPECT_EQ(objeto.normales, std::vector<cad::Vector3D<float>>(4, {0, 0, 1}));
-    EXPECT_EQ(objeto.brillo, 1.0F);
-    EXPECT_EQ(objeto.opacidad, 0.5F);
-}
 
-// A non-convex L contour, either way round: ear clipping gives n - 2 triangles that all turn
-// like the contour and together cover exactly its area.
-TEST(PlanoDibujo, TriangulaContornoNoConvexo)
-{
     Puntos ele = {{0, 0, 0}, {2, 0, 0}, {2, 1, 0}, {1, 1, 0}, {1, 2, 0}, {0, 2, 0}};
     for (int vuelta = 0; vuelta < 2; ++vuelta)
     {
-        const Plano pl(static_cast<int>(ele.size()), ele.data());
-        const std::vector<int> t = pl.triangula();
+        const std::vector<int> t = Plano(static_cast<int>(ele.size()), ele.data()).triangula();
         ASSERT_EQ(t.size(), 3 * (ele.size() - 2));
         const double sentido = vuelta == 0 ? 1.0 : -1.0;
         double area = 0.0;
@@ -240,8 +227,9 @@ TEST(PlanoDibujo, TriangulaContornoNoConvexo)
 }
 
 // A contour point's drag lands projected on the plane; a side's drag moves its two ends
-// rigidly off the plane, unprojected.
-TEST(PlanoCalientes, ArrastreProyectadoYLadoSinProyectar)
+// rigidly off the plane, unprojected. Writing a point of the "Vértice" list of a four-point
+// contour refits and reprojects it all, while a two-point contour just takes the value.
+TEST(PlanoEdicion, ArrastresYListaDeVertices)
 {
     Plano pl(4, kCuadrado.data());
     cad::elemento_arrastrado_t e;
@@ -258,17 +246,12 @@ TEST(PlanoCalientes, ArrastreProyectadoYLadoSinProyectar)
     pl.aplicaPuntoCaliente(e);
     EXPECT_EQ(pl.contorno.vertices[3], P(-1, 1, 2));
     EXPECT_EQ(pl.contorno.vertices[0], P(-1, 0, 2));
-}
 
-// Writing a point of the "Vértice" list of a four-point contour refits and reprojects it
-// all, while a two-point contour just takes the value.
-TEST(PlanoPropiedades, ListaVerticesReajusta)
-{
-    Plano pl(4, kCuadrado.data());
+    Plano lista(4, kCuadrado.data());
     const double alto[3] = {1, 1, 0.5};
-    ASSERT_TRUE(pl.setElementoLista(1, 0, 2, alto));
-    EXPECT_GT(std::abs(pl.a) + std::abs(pl.b), 0.01);
-    EXPECT_TRUE(todosEnPlano(pl));
+    ASSERT_TRUE(lista.setElementoLista(1, 0, 2, alto));
+    EXPECT_GT(std::abs(lista.a) + std::abs(lista.b), 0.01);
+    EXPECT_TRUE(todosEnPlano(lista));
 
     Plano dos(2, kCuadrado.data());
     ASSERT_TRUE(dos.setElementoLista(1, 0, 1, alto));

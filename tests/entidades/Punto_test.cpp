@@ -33,21 +33,12 @@ TEST(Punto, ColorVerdaderoYPosicionEditable)
     EXPECT_EQ(static_cast<cad::Punto3<double>>(p), cad::Punto3<double>(-4, 0, 0));
 }
 
-// Read over a text bound to a style, the old style object is let go (the id waits in the
-// reference): only the drawing ties the reference up again.
-TEST(Texto, LecturaSueltaElEstilo)
-{
-    cad::EstiloTexto otro("Otro", "Mono", 8);
-    Texto leido;
-    leido.setEstiloTexto(&otro);
-    ASSERT_TRUE(cad::prueba::carga(cad::prueba::tipoEntidad("Texto").fichero, leido));
-    EXPECT_EQ(leido.referenciaEstilo().objeto, nullptr);
-}
-
 // Painting hands the display the text's alignment, height and rotation and the bound style's
 // font and marks (bold 1 + italic 2). Hidden (bit 4) nothing is painted at all; shown again
-// with the style unbound, font "" and marks 0.
-TEST(Texto, DibujaConEstiloYOcultacion)
+// with the style unbound, font "" and marks 0. Read over a text bound to a style, the old
+// style object is let go (the id waits in the reference): only the drawing ties the
+// reference up again.
+TEST(Texto, DibujaConEstiloOcultacionYLectura)
 {
     cad::EstiloTexto estilo("Rotulos", "Arial", 10, true, true);
     Texto t("Cota", {1, 2, 3}, 9, 2.5F, 0.5F);
@@ -68,6 +59,10 @@ TEST(Texto, DibujaConEstiloYOcultacion)
     t.setTextoVisible(true);
     t.dibuja(pantalla);
     EXPECT_EQ(pantalla.escena.at(1).fuente + "/" + std::to_string(pantalla.escena[1].estilo), "/0");
+
+    t.setEstiloTexto(&estilo);
+    ASSERT_TRUE(cad::prueba::carga(cad::prueba::tipoEntidad("Texto").fichero, t));
+    EXPECT_EQ(t.referenciaEstilo().objeto, nullptr);
 }
 
 // "Texto" takes a new text; the blank row cannot be written. A text one byte longer than the

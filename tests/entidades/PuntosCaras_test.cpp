@@ -13,10 +13,10 @@
 #include "documento/ReferenciaEntidades.h"
 #include "entidades/Cara3D.h"
 #include "entidades/GrupoPuntos.h"
-#include "intercambio/ExportaDXF.h"
 #include "modelo/PuntosCalientes.h"
 #include "soporte/BloquesPrueba.h"
 #include "soporte/CatalogoEntidades.h"
+#include "soporte/CatalogoPiezas.h"
 #include "soporte/ObjetoEnMemoria.h"
 #include "soporte/PantallaGrabadora.h"
 
@@ -30,25 +30,10 @@ using cad::prueba::leeDe;
 using cad::prueba::operator+;
 using Puntos = std::vector<Punto3<double>>;
 
-// The lines of the recorded display calls.
-std::vector<std::string> pinta(const cad::Entidad& e, cad::prueba::PantallaGrabadora& p)
-{
-    e.dibuja(p);
-    return p.llamadas;
-}
-
 // The group codes 62 of the POINT records a group writes, in order ("" for none).
 std::vector<std::string> coloresDXF(const cad::GrupoPuntos& g)
 {
-    const std::string ruta = cad::prueba::rutaTemporal("grupo.dxf");
-    {
-        cad::ExportaDXF dxf(ruta);
-        dxf.inicioEntidades();
-        g.exportaDXF(dxf);
-        dxf.finEntidades();
-    }
-    const Bytes b = cad::prueba::leeFichero(ruta);
-    const std::string t(b.begin(), b.end());
+    const std::string t = cad::prueba::registrosDXF(g);
     std::vector<std::string> r;
     for (size_t pos = t.find("POINT\n"); pos != std::string::npos; pos = t.find("POINT\n", pos + 1))
     {
@@ -87,9 +72,8 @@ TEST(Cara3DRepeticion, LecturaArrastreListaYTraslado)
     ASSERT_TRUE(triangulo.setElementoLista(1, 0, 0, xyz));
     EXPECT_EQ(triangulo.vertices[3], Punto3<double>(7, 8, 9));
     triangulo.traslada({1, -2, 0.5});
-    cad::prueba::PantallaGrabadora p;
     EXPECT_EQ(
-        pinta(triangulo, p),
+        cad::prueba::pintaLlamadas(triangulo),
         std::vector<std::string>{
             "dibujaPolilinea 4 cerrada (8,6,9.5) (5,-2,0.5) (1,2,2.5) (8,6,9.5) FFFFFFFF pick"});
     // An edge drag over the closing side moves corner 2 and corner 0, with its repeat.
@@ -175,10 +159,9 @@ TEST(GrupoPuntosColores, SinColoresGuardaCerosYPintaCompleto)
     EXPECT_EQ(bytesDe(leido), b);
 
     g.colores = {0xFF0000FFU};  // shorter than the points
-    cad::prueba::PantallaGrabadora p;
-    g.dibuja(p);
-    ASSERT_EQ(p.escena.size(), 1U);
-    EXPECT_EQ(p.escena[0].colores, (std::vector<uint32_t>{0xFF0000FFU, 0}));
+    const std::vector<cad::primitiva_t> escena = cad::prueba::pintaEscena(g);
+    ASSERT_EQ(escena.size(), 1U);
+    EXPECT_EQ(escena[0].colores, (std::vector<uint32_t>{0xFF0000FFU, 0}));
 }
 
 // An empty group paints nothing, offers nothing under any mask, has the inverted box, and
@@ -186,8 +169,7 @@ TEST(GrupoPuntosColores, SinColoresGuardaCerosYPintaCompleto)
 TEST(GrupoPuntosVacio, NadaQuePintarNiOfrecer)
 {
     cad::GrupoPuntos g;
-    cad::prueba::PantallaGrabadora p;
-    EXPECT_TRUE(pinta(g, p).empty());
+    EXPECT_TRUE(cad::prueba::pintaLlamadas(g).empty());
     cad::prueba::Rayo rayo(0, 0, 0xFF);
     EXPECT_FALSE(g.getReferenciaEntidades(rayo.r));
     EXPECT_EQ(rayo.r.entidadMejor, nullptr);

@@ -1,6 +1,6 @@
-// The solids beyond the catalogue: the tessellations' counts, places and texture, one 3DFACE
-// per triangle, when the mesh goes out of date, the box and inside quirks, the prism's hot
-// edges, the free mesh's dead records and missing model, and a mesh too big for its block.
+// The solids beyond the catalogue: the tessellations' counts, places and texture, when the
+// mesh goes out of date, the box and inside quirks, the free mesh's dead records and missing
+// model, and a mesh too big for its block.
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -17,7 +17,6 @@
 #include "entidades/Cubo.h"
 #include "entidades/Objeto3D.h"
 #include "entidades/Prisma.h"
-#include "intercambio/ExportaDXF.h"
 #include "modelo/Modelo3D.h"
 #include "modelo/PuntosCalientes.h"
 #include "soporte/CatalogoEntidades.h"
@@ -37,58 +36,15 @@ using cad::Prisma;
 using cad::Prop;
 using cad::prueba::Bytes;
 using cad::prueba::carga;
+using cad::prueba::cuenta;
 using cad::prueba::guarda;
+using cad::prueba::muestraDe;
 using cad::prueba::PantallaGrabadora;
+using cad::prueba::registrosDXF;
 using cad::prueba::texto;
 using P = cad::Punto3<double>;
 
 constexpr double kPi = 3.141592653589793;
-
-template <typename T>
-std::unique_ptr<T> muestra(const std::string& nombre)
-{
-    return std::unique_ptr<T>(static_cast<T*>(cad::prueba::tipoEntidad(nombre).crea().release()));
-}
-
-// The ENTITIES section's records, the entity being on the catalogue's layer.
-std::string dxfDe(const cad::Entidad& e)
-{
-    const std::string ruta = cad::prueba::rutaTemporal("solidos.dxf");
-    {
-        cad::ExportaDXF dxf(ruta);
-        dxf.nuevaCapa("Ejes", 5);
-        dxf.inicioEntidades();
-        e.exportaDXF(dxf);
-        dxf.finEntidades();
-    }
-    const Bytes b = cad::prueba::leeFichero(ruta);
-    const std::string s(b.begin(), b.end());
-    const size_t inicio = s.find("ENTITIES\n");
-    return s.substr(inicio, s.find("ENDSEC\n", inicio) - inicio);
-}
-
-int cuenta(const std::string& s, const std::string& que)
-{
-    int n = 0;
-    for (size_t p = s.find(que); p != std::string::npos; p = s.find(que, p + 1))
-    {
-        ++n;
-    }
-    return n;
-}
-
-int triangulos(const Modelo3D& m)
-{
-    int n = 0;
-    std::vector<int32_t> t;
-    for (size_t c = 0; c < m.caras().size(); ++c)
-    {
-        t.clear();
-        m.triangulaCara(static_cast<int32_t>(c), t);
-        n += static_cast<int>(t.size() / 3);
-    }
-    return n;
-}
 
 std::vector<int> lados(const Modelo3D& m)
 {
@@ -107,11 +63,14 @@ void expectCerca(const P& a, const P& b)
     EXPECT_NEAR(a.distancia(b), 0.0, 1e-12) << texto(a) << " vs " << texto(b);
 }
 
-// 13 stations of a bottom and a top vertex: radio * (cos, sin) of station / 12 turns, carried
-// by the whole transform (here a quarter turn about X); u = angle / 2pi, v 0 below and 1 on
-// top; the seam's station repeats the first position exactly, with u = 1. Twelve quads and two
-// 12-sided caps of the material: 39 edges, the seam not joined.
-TEST(SolidosTeselado, CilindroEstacionesUVYCaras)
+// The cylinder: 13 stations of a bottom and a top vertex, radio * (cos, sin) of station / 12
+// turns, carried by the whole transform (here a quarter turn about X); u = angle / 2pi, v 0
+// below and 1 on top; the seam's station repeats the first position exactly, with u = 1.
+// Twelve quads and two 12-sided caps of the material: 39 edges, the seam not joined. The
+// prism is drawn centred on the midpoint of its corners whatever translation it stores,
+// turned by the rest of the transform about that midpoint: 8 corners, 6 quads of its
+// material. The box's temporary mesh has material 0 and goes through the whole transform.
+TEST(SolidosTeselado, CilindroPrismaYCubo)
 {
     Cilindro c(P(1, 2, 3), 2, 5, 7);
     const Matriz4<double> giro = Matriz4<double>::rotacionX(kPi / 2);
@@ -144,17 +103,10 @@ TEST(SolidosTeselado, CilindroEstacionesUVYCaras)
     EXPECT_EQ(m.getVertice(24).punto, m.getVertice(0).punto);
     EXPECT_EQ(m.getVertice(25).punto, m.getVertice(1).punto);
     EXPECT_EQ(m.getVertice(24).uv.x, 1.0F);
-}
 
-// The prism is drawn centred on the midpoint of its corners whatever translation it stores,
-// turned by the rest of the transform about that midpoint: 8 corners, 6 quads of its
-// material. The box's temporary mesh has material 0 and goes through the whole transform.
-TEST(SolidosTeselado, PrismaEnElPuntoMedioYCuboPorLaTransformacion)
-{
     Prisma p(P(0, 0, 0), P(2, 4, 6), 9);
     p.transformacion = Matriz4<double>::rotacionZ(kPi / 2);
     p.transformacion.setOrigen(P(100, 100, 100));
-    Modelo3D m;
     p.generaModelo(m);
     ASSERT_EQ(m.vertices().size(), 8U);
     EXPECT_EQ(lados(m), std::vector<int>(6, 4));
@@ -173,29 +125,12 @@ TEST(SolidosTeselado, PrismaEnElPuntoMedioYCuboPorLaTransformacion)
     expectCerca(m.caja().maximo, P(104, 100, 106));
 }
 
-// Every solid writes one 3DFACE per triangle of its tessellation, in the entity's colour;
-// the box writes nothing; a deleted face of a free mesh writes nothing either.
-TEST(SolidosDXF, UnaCaraPorTriangulo)
-{
-    for (const char* nombre : {"Prisma", "Cilindro", "Objeto3D"})
-    {
-        const std::unique_ptr<cad::Entidad> e = cad::prueba::tipoEntidad(nombre).crea();
-        Modelo3D m;
-        static_cast<const cad::EntidadConVolumen&>(*e).generaModelo(m);
-        const std::string dxf = dxfDe(*e);
-        EXPECT_EQ(cuenta(dxf, "3DFACE"), triangulos(m)) << nombre;
-    }
-    EXPECT_EQ(cuenta(dxfDe(*muestra<Cilindro>("Cilindro")), "3DFACE"), 44);
-    EXPECT_EQ(cuenta(dxfDe(*muestra<Cilindro>("Cilindro")), " 62\n3\n"), 44);
-    EXPECT_EQ(dxfDe(*muestra<Cubo>("Cubo")), "ENTITIES\n  0\n");
-}
-
 // The mesh is made at the paint that finds `sucio`. A read, a move, an azimuth drag, the
 // material and each written row raise it; the coordinates stay those of the last paint
 // until the next one. Exporting makes a mesh of its own and leaves `sucio` raised.
 TEST(SolidosSucio, SeRehaceAlPintar)
 {
-    std::unique_ptr<Cilindro> c = muestra<Cilindro>("Cilindro");
+    std::unique_ptr<Cilindro> c = muestraDe<Cilindro>("Cilindro");
     PantallaGrabadora p;
     EXPECT_TRUE(c->sucio);
     EXPECT_EQ(c->numCoordenadas(), 0);
@@ -207,7 +142,7 @@ TEST(SolidosSucio, SeRehaceAlPintar)
     c->traslada({1, 0, 0});
     EXPECT_TRUE(c->sucio);
     EXPECT_EQ(*c->coordenada(0), P(2.5, 2, 3));
-    dxfDe(*c);
+    registrosDXF(*c);
     EXPECT_TRUE(c->sucio);
     c->dibuja(p);
     EXPECT_EQ(*c->coordenada(0), P(3.5, 2, 3));
@@ -240,7 +175,7 @@ TEST(SolidosSucio, SeRehaceAlPintar)
     EXPECT_EQ(c->altura, 2.5);
 
     // the prism: a move and a written size keep the stored translation on the midpoint
-    std::unique_ptr<Prisma> pr = muestra<Prisma>("Prisma");
+    std::unique_ptr<Prisma> pr = muestraDe<Prisma>("Prisma");
     pr->dibuja(p);
     pr->traslada({0, 0, 1});
     EXPECT_TRUE(pr->sucio);
@@ -254,18 +189,24 @@ TEST(SolidosSucio, SeRehaceAlPintar)
     EXPECT_EQ(pr->transformacion.getOrigen(), P(3, 4, 6));
     pr->dibuja(p);
     EXPECT_EQ(pr->extension(), cad::Rect3<double>(P(1, 2, 4), P(5, 6, 8)));
+
+    // a short body reads false even past a whole prefix; what came is kept and still raises it
+    const Bytes& entero = cad::prueba::tipoEntidad("Prisma").fichero;
+    Prisma corto;
+    corto.sucio = false;
+    ASSERT_FALSE(carga(Bytes(entero.begin(), entero.end() - 2), corto));
+    EXPECT_TRUE(corto.sucio);
+    EXPECT_EQ(corto.maximo, P(3, -1, 4));
 }
 
-// Rows written from text; the derived ones refuse a write and stay. The cylinder's area is the
-// side alone: 2pi r h, not 2pi r (r + h).
-TEST(SolidosHoja, EscriturasYFormulas)
+// Rows written from text; the derived ones (area and volume, whose values the catalogue's
+// sheets give) refuse a write. The box measures its eight transformed corners and tests the
+// six faces, flipped or not; a flat box has no inside. Prism and cylinder answer true without
+// measuring: the box passed in comes back as it was, and any point is inside.
+TEST(SolidosHoja, EscriturasVolumenEInterior)
 {
     Cilindro c(P(0, 0, 0), 1, 1);
     Prop p;
-    ASSERT_TRUE(c.getPropiedad(1, 3, p));
-    EXPECT_EQ(p.valor, "        6.28");
-    ASSERT_TRUE(c.getPropiedad(1, 4, p));
-    EXPECT_EQ(p.valor, "        3.14");
     p.valor = "oops";
     EXPECT_FALSE(c.setPropiedad(1, 3, p));
     EXPECT_FALSE(c.setPropiedad(1, 4, p));
@@ -285,25 +226,19 @@ TEST(SolidosHoja, EscriturasYFormulas)
     EXPECT_EQ(pr.minimo, P(5, 6, 7));
     EXPECT_EQ(pr.maximo, P(6, 7, 8));
     EXPECT_FALSE(pr.setPropiedad(1, 2, p));
-}
 
-// The box measures its eight transformed corners and tests the six faces, flipped or not; a
-// flat box has no inside. Prism and cylinder answer true without measuring: the box passed
-// in comes back as it was, and any point is inside.
-TEST(SolidosVolumen, CajaEInterior)
-{
     for (const bool invertido : {false, true})
     {
-        Cubo c = invertido ? Cubo(P(2, 1, 1), P(0, 0, 0)) : Cubo(P(0, 0, 0), P(2, 1, 1));
-        c.transformacion = Matriz4<double>::rotacionZ(kPi / 2);  // (x, y) -> (y, -x)
+        Cubo b = invertido ? Cubo(P(2, 1, 1), P(0, 0, 0)) : Cubo(P(0, 0, 0), P(2, 1, 1));
+        b.transformacion = Matriz4<double>::rotacionZ(kPi / 2);  // (x, y) -> (y, -x)
         cad::Rect3<double> caja;
-        ASSERT_TRUE(c.volumen(caja));
+        ASSERT_TRUE(b.volumen(caja));
         expectCerca(caja.minimo, P(0, -2, 0));
         expectCerca(caja.maximo, P(1, 0, 1));
-        EXPECT_TRUE(c.interior(P(0.5, -1.5, 0.5)));
-        EXPECT_TRUE(c.interior(P(0.5, -1, 1)));  // on the top face
-        EXPECT_FALSE(c.interior(P(1.5, -1, 0.5)));
-        EXPECT_FALSE(c.interior(P(0.5, -1, -0.1)));
+        EXPECT_TRUE(b.interior(P(0.5, -1.5, 0.5)));
+        EXPECT_TRUE(b.interior(P(0.5, -1, 1)));  // on the top face
+        EXPECT_FALSE(b.interior(P(1.5, -1, 0.5)));
+        EXPECT_FALSE(b.interior(P(0.5, -1, -0.1)));
     }
     EXPECT_FALSE(Cubo(P(0, 0, 0), P(2, 1, 0)).interior(P(1, 0.5, 0)));
 
@@ -316,14 +251,6 @@ TEST(SolidosVolumen, CajaEInterior)
         EXPECT_EQ(caja, marca) << nombre;
         EXPECT_TRUE(e->interior(P(1e9, -1e9, 0))) << nombre;
     }
-}
-
-// The prism's twelve hot edges are the catalogue's; the cylinder has no hot element at all.
-TEST(SolidosCalientes, CilindroSinNada)
-{
-    cad::PuntosCalientes ninguno;
-    muestra<Cilindro>("Cilindro")->puntosCalientes(ninguno);
-    EXPECT_TRUE(ninguno.puntos.empty() && ninguno.aristas.empty() && ninguno.caras.empty());
 }
 
 // A free mesh keeps the records of a deleted triangle beside a live square: every vertex
@@ -374,7 +301,7 @@ TEST(Objeto3DRegistros, MuertosEnCalientesReferenciaYHoja)
     EXPECT_EQ(cad::prueba::filasHoja(o),
               (std::vector<std::string>{"Geometría/Vértices:Entero!=4", "Geometría/Caras:Entero!=1",
                                         "Varios/Material:Material=1"}));
-    EXPECT_EQ(cuenta(dxfDe(o), "3DFACE"), 2);
+    EXPECT_EQ(cuenta(registrosDXF(o), "3DFACE"), 2);
 
     Prop p;
     p.material = 6;
@@ -386,9 +313,9 @@ TEST(Objeto3DRegistros, MuertosEnCalientesReferenciaYHoja)
 }
 
 // With no model: no points, no offers, no painting; generaModelo leaves its target; the body
-// is that of an empty mesh, read back into a new one. A clone owns a mesh of its own. The
-// representation of models comes from the drawing being painted, while the box keeps its 1.
-TEST(Objeto3DModelo, NuloClonYRepresentacion)
+// is that of an empty mesh, read back into a new one. The representation of models comes
+// from the drawing being painted, while the box keeps its 1.
+TEST(Objeto3DModelo, NuloYRepresentacion)
 {
     Objeto3D vacio;
     EXPECT_EQ(vacio.numCoordenadas(), 0);
@@ -410,21 +337,15 @@ TEST(Objeto3DModelo, NuloClonYRepresentacion)
     ASSERT_NE(leido.modelo, nullptr);
     EXPECT_TRUE(leido.modelo->vertices().empty());
 
-    std::unique_ptr<Objeto3D> o = muestra<Objeto3D>("Objeto3D");
-    const std::unique_ptr<cad::Entidad> clon(o->clona());
-    clon->traslada({0, 0, 1});
-    EXPECT_EQ(*o->coordenada(0), P(0, 0, 0));
-    EXPECT_NE(static_cast<Objeto3D&>(*clon).modelo, o->modelo);
-
     cad::Dibujo d;
     d.nuevoDocumento();
     d.setVariable(cad::kVarRepresentacionModelos, static_cast<int>(cad::PantallaCAD::kAlambrica));
     {
         const cad::AmbitoPintura ambito(&d);
-        o->dibuja(p);
-        muestra<Prisma>("Prisma")->dibuja(p);
-        muestra<Cilindro>("Cilindro")->dibuja(p);
-        muestra<Cubo>("Cubo")->dibuja(p);
+        muestraDe<Objeto3D>("Objeto3D")->dibuja(p);
+        muestraDe<Prisma>("Prisma")->dibuja(p);
+        muestraDe<Cilindro>("Cilindro")->dibuja(p);
+        muestraDe<Cubo>("Cubo")->dibuja(p);
     }
     ASSERT_EQ(p.escena.size(), 4U);
     for (size_t i = 0; i < 3; ++i)
@@ -432,18 +353,6 @@ TEST(Objeto3DModelo, NuloClonYRepresentacion)
         EXPECT_EQ(p.escena[i].modo, cad::PantallaCAD::kAlambrica) << i;
     }
     EXPECT_EQ(p.escena[3].modo, cad::PantallaCAD::kConceptual);
-}
-
-// A short body reads false even past a whole prefix; what came is kept and the mesh is still
-// made again at the next paint.
-TEST(SolidosLectura, CuerpoCortoDaFalso)
-{
-    const Bytes& entero = cad::prueba::tipoEntidad("Prisma").fichero;
-    Prisma p;
-    p.sucio = false;
-    ASSERT_FALSE(carga(Bytes(entero.begin(), entero.end() - 2), p));
-    EXPECT_TRUE(p.sucio);
-    EXPECT_EQ(p.maximo, P(3, -1, 4));
 }
 
 // 100,000 quads make a body of 29 MB that its u16 block length cannot hold: the length keeps

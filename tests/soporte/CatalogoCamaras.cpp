@@ -1,7 +1,6 @@
 // The catalogue's spheres and photogrammetry kinds: Esfera, Foto360 and TomaCamara.
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -48,23 +47,14 @@ std::string carasDXF(const Modelo3D& m)
 {
     std::string s;
     std::vector<int32_t> t;
-    char numero[64];
     for (size_t c = 0; c < m.caras().size(); ++c)
     {
         t.clear();
         m.triangulaCara(static_cast<int32_t>(c), t);
         for (size_t k = 0; k + 2 < t.size(); k += 3)
         {
-            s += "  0\n3DFACE\n  8\nEjes\n 62\n3\n";
-            const int32_t esquinas[4] = {t[k], t[k + 1], t[k + 2], t[k + 2]};
-            for (int e = 0; e < 4; ++e)
-            {
-                const P& q = m.getVertice(esquinas[e]).punto;
-                std::snprintf(numero, sizeof numero, " 1%d\n%.4f\n 2%d\n%.4f\n 3%d\n%.4f\n", e, q.x,
-                              e, q.y, e, q.z);
-                s += numero;
-            }
-            s += " 70\n0\n";
+            s += caraDXF(m.getVertice(t[k]).punto, m.getVertice(t[k + 1]).punto,
+                         m.getVertice(t[k + 2]).punto, 3);
         }
     }
     return s;
@@ -138,32 +128,17 @@ TipoEntidad tipoFoto360()
     t.llamadas =
         "setMaterial 5\niniciaObjeto FFFF0000 5\nvertices 6\ncoordenadasUV 6\ncaras 24\n"
         "finObjeto pick\n";
-    // the three triangles at the first pole, then the three at the second, each from its pole
-    const char* const cara = "  0\n3DFACE\n  8\nEjes\n";
-    t.dxf = std::string(cara) +
-            " 10\n2.1938\n 20\n3.2944\n 30\n2.0517\n 11\n2.2160\n 21\n0.4990\n 31\n2.4819\n"
-            " 12\n0.7013\n 22\n1.0180\n 32\n1.2835\n 13\n0.7013\n 23\n1.0180\n 33\n1.2835\n"
-            " 70\n0\n" +
-            cara +
-            " 10\n2.1938\n 20\n3.2944\n 30\n2.0517\n 11\n0.7013\n 21\n1.0180\n 31\n1.2835\n"
-            " 12\n-0.5147\n 22\n2.5190\n 32\n1.8016\n 13\n-0.5147\n 23\n2.5190\n 33\n1.8016\n"
-            " 70\n0\n" +
-            cara +
-            " 10\n2.1938\n 20\n3.2944\n 30\n2.0517\n 11\n-0.5147\n 21\n2.5190\n 31\n1.8016\n"
-            " 12\n-0.2160\n 22\n3.5010\n 32\n3.5181\n 13\n-0.2160\n 23\n3.5010\n 33\n3.5181\n"
-            " 70\n0\n" +
-            cara +
-            " 10\n-0.1938\n 20\n0.7056\n 30\n3.9483\n 11\n0.7013\n 21\n1.0180\n 31\n1.2835\n"
-            " 12\n2.2160\n 22\n0.4990\n 32\n2.4819\n 13\n2.2160\n 23\n0.4990\n 33\n2.4819\n"
-            " 70\n0\n" +
-            cara +
-            " 10\n-0.1938\n 20\n0.7056\n 30\n3.9483\n 11\n-0.5147\n 21\n2.5190\n 31\n1.8016\n"
-            " 12\n0.7013\n 22\n1.0180\n 32\n1.2835\n 13\n0.7013\n 23\n1.0180\n 33\n1.2835\n"
-            " 70\n0\n" +
-            cara +
-            " 10\n-0.1938\n 20\n0.7056\n 30\n3.9483\n 11\n-0.2160\n 21\n3.5010\n 31\n3.5181\n"
-            " 12\n-0.5147\n 22\n2.5190\n 32\n1.8016\n 13\n-0.5147\n 23\n2.5190\n 33\n1.8016\n"
-            " 70\n0\n";
+    // the three triangles at the first pole, then the three at the second, each from its pole,
+    // on the ring's four vertices 2..5
+    const std::vector<P>& v = t.coordenadas;
+    for (size_t i = 2; i < 5; ++i)
+    {
+        t.dxf += caraDXF(v[0], v[i], v[i + 1]);
+    }
+    for (size_t i = 2; i < 5; ++i)
+    {
+        t.dxf += caraDXF(v[1], v[i + 1], v[i]);
+    }
     comoEsfera(t, 5);
     return t;
 }

@@ -1,5 +1,4 @@
 #include "soporte/CatalogoEntidades.h"
-#include "soporte/CatalogoPiezas.h"
 
 #include <cmath>
 #include <cstdint>
@@ -15,6 +14,7 @@
 #include "entidades/SistemaLocal.h"
 #include "entidades/Texto.h"
 #include "modelo/PuntosCalientes.h"
+#include "soporte/CatalogoPiezas.h"
 
 namespace cad::prueba
 {

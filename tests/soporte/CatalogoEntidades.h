@@ -4,8 +4,8 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -68,6 +68,7 @@ struct TipoEntidad
     int aristasCalientes = 0;
     // Hot edges that join no two coordinates (a solid's box), after the others; not dragged.
     std::vector<std::pair<Punto3<double>, Punto3<double>>> aristasSueltas{};
+    int carasCalientes = 0;  // hot faces, in both sets
     std::string llamadas{};  // painting, as the display records it, a line per call
     std::string dxf{};       // the records between ENTITIES and ENDSEC
     std::vector<CasoReferencia> referencias{};

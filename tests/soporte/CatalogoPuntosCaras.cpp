@@ -1,6 +1,5 @@
 // Catalogue samples of the point group and the three- and four-corner face.
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -38,12 +37,6 @@ std::string puntoDXF(const P& p, int color)
     {
         s += " 62\n" + std::to_string(color) + "\n";
     }
-    const auto real = [](double v)
-    {
-        char b[32];
-        std::snprintf(b, sizeof b, "%0.4lf", v);
-        return std::string(b);
-    };
     return s + " 10\n" + real(p.x) + "\n 20\n" + real(p.y) + "\n 30\n" + real(p.z) + "\n";
 }
 

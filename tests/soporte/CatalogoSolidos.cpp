@@ -1,8 +1,6 @@
 // Catalogue samples of the solids: the box, the prism, the cylinder and the free mesh.
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -22,42 +20,10 @@ namespace cad::prueba
 namespace
 {
 
-Bytes f32(float v)
-{
-    Bytes b(4);
-    std::memcpy(b.data(), &v, 4);
-    return b;
-}
-
 // The transform's three rows and translation as stored, with no rotation.
 Bytes trasladada(const P& t)
 {
     return xyz({{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, t});
-}
-
-std::string real(double v)
-{
-    char b[32];
-    std::snprintf(b, sizeof b, "%0.4lf", v);
-    return b;
-}
-
-// A 3DFACE on "Ejes" of three corners, the last written twice.
-std::string caraDXF(const P& a, const P& b, const P& c, int color = 256)
-{
-    std::string s = "  0\n3DFACE\n  8\nEjes\n";
-    if (color != 256)
-    {
-        s += " 62\n" + std::to_string(color) + "\n";
-    }
-    const P esquinas[4] = {a, b, c, c};
-    for (int i = 0; i < 4; ++i)
-    {
-        const std::string n = std::to_string(i);
-        s += " 1" + n + "\n" + real(esquinas[i].x) + "\n 2" + n + "\n" + real(esquinas[i].y) +
-             "\n 3" + n + "\n" + real(esquinas[i].z) + "\n";
-    }
-    return s + " 70\n0\n";
 }
 
 // A four-sided face a, b, c, d in the file: its two diagonals are equally long, so the first
@@ -198,42 +164,23 @@ TipoEntidad tipoCilindro()
 // vertices, bit 2 the midpoints of the sides, the first offer winning a tie.
 TipoEntidad tipoObjeto3D()
 {
+    static const CaraMalla cara = {
+        cuadrado(), {{0, 0}, {1, 0}, {1, 1}, {0, 1}}, 5};  // the texture at x / 4, y / 4
     const auto crea = []
     {
         auto* m = new Modelo3D();
-        for (const P& p : cuadrado())
-        {
-            m->nuevoVertice(
-                p, Vector2D<float>(static_cast<float>(p.x / 4), static_cast<float>(p.y / 4)));
-        }
-        const int32_t esquinas[4] = {0, 1, 2, 3};
-        m->nuevaCara(4, esquinas, false, 5);
+        m->nuevaCara(4, cara.puntos.data(), cara.uv.data(), false, cara.material);
         return muestra(Objeto3D(m));
     };
     TipoEntidad t{"Objeto3D", "Objeto3D", crea, vacia<Objeto3D>};
-    // per vertex x, y, z, u, v and its edge (the last for the first corner); per edge its
-    // ends, next and previous edge on side 0, no side 1, face 0, not sharp; the face's first
-    // edge and material
-    const Bytes ninguna = entero(0xFFFFFFFFU, 4);
-    Bytes vertices;
-    Bytes aristas;
-    for (uint32_t k = 0; k < 4; ++k)
-    {
-        const P& p = cuadrado()[k];
-        vertices = vertices + xyz({p}) + f32(static_cast<float>(p.x / 4)) +
-                   f32(static_cast<float>(p.y / 4)) + entero(k == 0 ? 3 : k, 4);
-        aristas = aristas + entero(k, 4) + entero((k + 1) % 4, 4) + entero((k + 1) % 4, 4) +
-                  entero((k + 3) % 4, 4) + ninguna + ninguna + entero(0, 4) + ninguna +
-                  entero(0, 4);
-    }
-    t.fichero = bloque16("Ob1", prefijo() + entero(4, 4) + vertices + entero(4, 4) + aristas +
-                                    entero(1, 4) + entero(0, 4) + entero(5, 2));
+    t.fichero = bloque16("Ob1", prefijo() + cuerpoMalla({cara}));
     t.posCuenta = 38;  // tag 4, u16 length, prefix 32: the vertex count
     t.anchoCuenta = 4;
     t.cuentaVertices = true;
     t.coordenadas = cuadrado();
     t.tipoCaliente = kTipoVertice;
     t.aristasCalientes = 4;
+    t.carasCalientes = 1;
     t.llamadas = objeto("FFFF0000", 4, "FF0000FF", 5);
     t.dxf = cuadrilateroDXF(cuadrado()[0], cuadrado()[1], cuadrado()[2], cuadrado()[3]);
     t.referencias = {{4, 0, kTodo, kExtremos, {4, 0, 0}, 0},

@@ -16,13 +16,6 @@ namespace cad::prueba
 namespace
 {
 
-Bytes f32(float v)
-{
-    Bytes b(4);
-    std::memcpy(b.data(), &v, 4);
-    return b;
-}
-
 // ---------------------------------------------------------------------------------------
 // Policara
 
@@ -144,48 +137,11 @@ TipoEntidad tipoPolicaraMateriales()
 // ---------------------------------------------------------------------------------------
 // Superficie
 
-struct CaraMalla
-{
-    std::vector<P> puntos;
-    std::vector<Vector2D<float>> uv;
-    uint16_t material;
-};
-
 // A unit square of material 0 and a triangle of material 4 beside it, each on vertices of
 // its own: the model the writer's compact copy gives back unchanged.
 const std::vector<CaraMalla> kCarasMalla = {
     {{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, {{0, 0}, {1, 0}, {1, 1}, {0, 1}}, 0},
     {{{1, 0, 0}, {2, 0, 0}, {1, 1, 0}}, {{0, 0}, {0.5F, 0}, {0, 0.5F}}, 4}};
-
-// The mesh body of faces on private vertices: per vertex x, y, z, u, v and its edge (the
-// last of the face for the first corner); per edge its ends, next, previous, no second side,
-// its face, not sharp; per face its first edge and material.
-Bytes cuerpoMalla(const std::vector<CaraMalla>& caras)
-{
-    Bytes vertices;
-    Bytes aristas;
-    Bytes registros;
-    uint32_t base = 0;
-    uint32_t f = 0;
-    const Bytes ninguna = entero(0xFFFFFFFFU, 4);
-    for (const CaraMalla& c : caras)
-    {
-        const auto n = static_cast<uint32_t>(c.puntos.size());
-        for (uint32_t k = 0; k < n; ++k)
-        {
-            vertices = vertices + xyz({c.puntos[k]}) + f32(c.uv[k].x) + f32(c.uv[k].y) +
-                       entero(k == 0 ? base + n - 1 : base + k, 4);
-            aristas = aristas + entero(base + k, 4) + entero(base + (k + 1) % n, 4) +
-                      entero(base + (k + 1) % n, 4) + entero(base + (k + n - 1) % n, 4) + ninguna +
-                      ninguna + entero(f, 4) + ninguna + entero(0, 4);
-        }
-        registros = registros + entero(base, 4) + entero(c.material, 2);
-        base += n;
-        ++f;
-    }
-    return entero(base, 4) + vertices + entero(base, 4) + aristas + entero(caras.size(), 4) +
-           registros;
-}
 
 // In a u64 block, as its 15-character tag demands of every reader. Moved to (10, 20, 0) with
 // one photo mapping. Its coordinates are the model's vertex
