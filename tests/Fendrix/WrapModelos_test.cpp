@@ -255,6 +255,9 @@ TEST(WrapModelos, exportadoresHuecos)
     h.w.Dispose();
     EXPECT_FALSE(h.w.exportaPLY(o, ruta));
     EXPECT_FALSE(h.w.exportaSKP(ruta));
+    // Creation after Dispose refuses, the form that also sizes the glyph included.
+    EXPECT_EQ(h.w.nuevaTomaCamara(0, 0, 0, 0, 0, 0, 1, 1, 1, "x", "", 0, 24.0), 0);
+    EXPECT_EQ(h.w.nuevaFoto360(0, 0, 0, 1, 8, 4, 0, 0, 0, "x.jpg"), 0);
 }
 
 }  // namespace

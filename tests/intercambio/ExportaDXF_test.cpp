@@ -619,7 +619,7 @@ TEST(ExportaDXFDibujo, entidadesDeCadaTipoEnUnaCapaConBlancoYPunto)
 }
 
 // The checked export never raises and never touches the previous file when it fails: a
-// layer without a name (the writer's misuse, which the design form raises), a coordinate that
+// layer without a name (the writer's misuse, which the plain form raises), a coordinate that
 // is not a finite number, a device as the target. Names with line breaks and texts with a
 // carriage return cannot inject records: they come out as one line each, and the file passes
 // the audit. A user's file named like the old scratch file ("NAME.1") is never touched, and a

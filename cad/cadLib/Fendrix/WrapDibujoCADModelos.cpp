@@ -146,7 +146,8 @@ int64_t WrapDibujoCAD::nuevaTomaCamara(double x, double y, double z, double o, d
                                        const std::string& ruta, int32_t tag, double tamayoPixeles)
 {
     const int64_t handle = nuevaTomaCamara(x, y, z, o, p, k, d, w, h, nombre, ruta, tag);
-    auto* toma = dynamic_cast<cad::TomaCamara*>(mDibujo->buscaEntidad(handle));
+    auto* toma =
+        handle != 0 ? dynamic_cast<cad::TomaCamara*>(mDibujo->buscaEntidad(handle)) : nullptr;
     if (toma != nullptr)
     {
         toma->asignaEscalaConstante({x, y, z}, 1.0, tamayoPixeles);
