@@ -200,8 +200,8 @@ TEST(Foto360, DivisionesFueraDeRango)
     ASSERT_TRUE(carga(muestra, leida));
     EXPECT_TRUE(leida.modelo.vertices().empty());
     EXPECT_EQ(leida.numCoordenadas(), 6);
-    const uint32_t casos[][2] = {{2, 2},          {3, 1},      {0xFFFFFFFF, 2},
-                                 {3, 0x80000000}, {2049, 128}, {65536, 65536}};
+    const uint32_t casos[][2] = {{2, 2},     {3, 1},    {0xFFFFFFFF, 2}, {3, 0x80000000},
+                                 {257, 128}, {1025, 2}, {65536, 65536}};
     for (const auto& caso : casos)
     {
         Bytes b = muestra;
@@ -216,8 +216,10 @@ TEST(Foto360, DivisionesFueraDeRango)
         EXPECT_TRUE(cad::prueba::pintaLlamadas(f).empty());
     }
     EXPECT_EQ(Foto360({0, 0, 0}, 1, 2, 20, 0, 0, 0).numCoordenadas(), 0);
-    EXPECT_TRUE(cad::divisionesAdmisibles(2048, 128));
-    EXPECT_FALSE(cad::divisionesAdmisibles(2048, 129));
+    EXPECT_TRUE(cad::divisionesAdmisibles(256, 128));
+    EXPECT_FALSE(cad::divisionesAdmisibles(256, 129));
+    EXPECT_TRUE(cad::divisionesAdmisibles(1024, 32));
+    EXPECT_FALSE(cad::divisionesAdmisibles(1025, 2));
 }
 
 // With omega 6.283185308, phi 0 and kappa 0 the glyph is only carried to the station: the

@@ -32,7 +32,7 @@ constexpr double kCuatroPi = 12.566370614359172;
 
 bool divisionesAdmisibles(int meridianos, int paralelos)
 {
-    return meridianos >= 3 && paralelos >= 2 &&
+    return meridianos >= 3 && meridianos <= kMaximoMeridianos && paralelos >= 2 &&
            static_cast<int64_t>(meridianos) * paralelos <= kMaximoCarasEsfera;
 }
 

@@ -91,12 +91,16 @@ protected:
     void* pick() const;
 };
 
-// The largest number of faces (meridianos times paralelos) a sphere is tessellated into. A
-// 360 photograph at half a degree per division stays below it; a file that asks for more
-// gets an empty mesh rather than one its few bytes cannot justify.
-inline constexpr int64_t kMaximoCarasEsfera = int64_t{1} << 18;
+// The largest number of faces (meridianos times paralelos) a sphere is tessellated into, and
+// of meridians, which all meet at each pole (joining a face there searches the pole's fan, so
+// the cost grows with its square). A photograph sphere of 256 by 128 divisions stays within
+// both; a file that asks for more gets an empty mesh rather than one its few bytes cannot
+// justify, and a load that takes seconds.
+inline constexpr int64_t kMaximoCarasEsfera = int64_t{1} << 15;
+inline constexpr int kMaximoMeridianos = 1024;
 
-// At least 3 meridians and 2 parallels, and no more than kMaximoCarasEsfera faces.
+// At least 3 and at most kMaximoMeridianos meridians, at least 2 parallels, and no more than
+// kMaximoCarasEsfera faces.
 bool divisionesAdmisibles(int meridianos, int paralelos);
 
 }  // namespace cad
