@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs every test: the optimised build, then the AddressSanitizer + UBSan build,
-# then a minute of fuzzing of each reader: the document, its round trip and the mesh body.
+# then a minute of fuzzing of each reader: the document, its round trip, the mesh body, DXF
+# and OBJ.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -13,5 +14,5 @@ for preset in default asan; do
     ctest --preset "${preset}" -j 2
 done
 
-echo "=== fuzz: the document reader, its round trip and the mesh body, 60 s each ==="
+echo "=== fuzz: the document reader, its round trip, the mesh body, DXF and OBJ, 60 s each ==="
 ./scripts/fuzz.sh 60

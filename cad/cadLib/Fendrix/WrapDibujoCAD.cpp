@@ -494,6 +494,24 @@ bool WrapDibujoCAD::exportaDXF(const std::string& fichero)
     return true;
 }
 
+bool WrapDibujoCAD::importaDXF(const std::string& fichero)
+{
+    // A disposed facade has nothing to add to: refused rather than reaching a null drawing.
+    if (mDibujo == nullptr)
+    {
+        return false;
+    }
+    const constCharPtr ruta(fichero);
+    const bool ok = mDibujo->importaDocumentoDFX(ruta.c_str());
+    if (mEditor != nullptr)
+    {
+        mEditor->actualiza(cad::EditorDibujo::kCapas, false);
+        mEditor->actualiza(cad::EditorDibujo::kControl, false);
+        mEditor->actualiza(cad::EditorDibujo::kDocumento, false);
+    }
+    return ok;
+}
+
 void WrapDibujoCAD::escribeDXF(cad::ExportaDXF& dxf)
 {
     mDibujo->inicializaDocumentoDXF(dxf);

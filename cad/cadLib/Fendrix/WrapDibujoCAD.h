@@ -254,6 +254,12 @@ public:
     // Writes the drawing as an "AC1009" DXF file; false with no drawing. Raises
     // cad::Excepcion on the writer's misuse (a layer without a name under an entity).
     bool exportaDXF(const std::string& fichero);
+    // Adds the points, lines and polylines of a DXF file to the drawing; true also when the
+    // file could not be read (the kernel reports nothing). Three update notices follow.
+    bool importaDXF(const std::string& fichero);
+    // Parses an OBJ file of textured triangles and adds nothing; the kernel's result. Three
+    // update notices follow.
+    bool importaOBJ(const std::string& fichero);
 
     // The checked forms a host should use: they never raise, and on failure `mensaje` says
     // why in words for the user (no space, no permission, missing folder, not a drawing...).
@@ -405,6 +411,8 @@ public:
     int64_t nuevaCara3D(int32_t n, const double* coordenadas);
     // Two opposite corners, six doubles from the caller's memory.
     int64_t nuevoCubo(const double* coordenadas);
+    // A Policara read from an OBJ file (and its MTL libraries), inserted whatever was read.
+    int64_t nuevoObjeto3D(const std::string& ficheroObj);
     // A camera shot at x, y, z with the angles omega, phi, kappa (radians), focal distance
     // and image size; `nombre` labels it and `tag` is the material holding its photograph
     // (the host makes it; `ruta` is not read).

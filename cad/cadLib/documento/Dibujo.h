@@ -215,6 +215,12 @@ public:
     void inicializaDocumentoDXF(ExportaDXF& dxf);
     // Each entity writes its records, in list order.
     bool exportaDocumentoDFX(ExportaDXF& dxf);
+    // Adds the layers, points, lines and polylines of a DXF file (UTF-8 path) and recomputes
+    // the extent. True also when the file could not be opened or read: nothing is added then.
+    bool importaDocumentoDFX(const std::string& ruta);
+    // Parses an OBJ file of fully specified triangles; adds nothing to the drawing. False
+    // when the file cannot be opened or a face line is not nine numbers.
+    bool importaDocumentoOBJ(const std::string& ruta);
     void finalizaDocumentoDXF(ExportaDXF& dxf);
 
     // --- snap settings ---------------------------------------------------------------

@@ -14,6 +14,9 @@
 namespace cad
 {
 
+class Dibujo;
+struct informeOBJ_t;
+
 // One corner of one face. Each corner carries its own normal and texture pair, so painting
 // needs no indirection beyond `indice`.
 struct esquina_t
@@ -87,6 +90,11 @@ public:
                           double& z) const override;
     // Always false: the soup's points are not edited from the sheet.
     bool setElementoLista(int categoria, int indice, int i, const double* xyz) override;
+
+    // Fills this empty soup from an OBJ file (UTF-8 path) and its MTL libraries, creating the
+    // materials it uses in `dibujo`. A file that cannot be opened leaves the soup empty. With
+    // `informe`, what was read, dropped and cut is counted there.
+    void importaObj(const std::string& ruta, Dibujo& dibujo, informeOBJ_t* informe = nullptr);
 
     // Whether the face whose first corner is `inicio`, with `lados` corners, lies inside
     // `esquinas` and names existing points only.
