@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Fendrix/WrapDibujoCAD.h"
 #include "base/geometria/Punto3.h"
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
@@ -488,6 +489,27 @@ TEST(ImportaDXF, CoordenadasDeTopografiaYVueltaAlDXF)
     // A path that cannot be read adds nothing and still answers true.
     EXPECT_TRUE(d.importaDocumentoDFX(prueba::rutaTemporal("no_existe.dxf")));
     EXPECT_EQ(d.entidades.size(), 1u);
+}
+
+// The facade adds to the drawing it holds and tells the host: layers, control, document.
+TEST(ImportaDXF, DesdeLaFachada)
+{
+    using Tipo = Fendrix::WrapDibujoCAD::tipoActualizacion;
+    std::vector<Tipo> avisos;
+    Fendrix::WrapDibujoCAD w(nullptr, [&avisos](Tipo t) { avisos.push_back(t); });
+    w.nuevoDocumento();
+    w.setActualiza(w.mActualiza);
+    const std::string ruta = prueba::rutaTemporal("fachada.dxf");
+    prueba::escribeFichero(ruta, pares("0 SECTION;2 ENTITIES;0 POINT;8 Cota;0 LINE;0 EOF"));
+    avisos.clear();
+    EXPECT_TRUE(w.importaDXF(ruta));
+    // The third, the document's, reaches the host only when the selection changed.
+    EXPECT_EQ(avisos, (std::vector<Tipo>{Tipo::kCapas, Tipo::kControl}));
+    EXPECT_TRUE(w.existeCapa("Cota", false));
+    std::vector<int64_t> handles;
+    EXPECT_EQ(w.getEntidades(handles), 2);
+    EXPECT_TRUE(w.importaDXF(prueba::rutaTemporal("no_existe.dxf")));
+    EXPECT_EQ(w.getEntidades(handles), 2);
 }
 
 }  // namespace

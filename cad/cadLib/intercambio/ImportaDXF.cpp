@@ -54,15 +54,24 @@ void ImportaDXF::capa(const std::string& nombreCapa, int32_t colorCapa)
 
 void ImportaDXF::asignaCapaColor(Entidad& e, const std::string& capaEntidad, int32_t colorEntidad)
 {
-    const char* nombreCapa = capaEntidad.empty() ? kCapaPorDefecto : capaEntidad.c_str();
-    Capa* c = dibujo->buscaCapa(nombreCapa);
-    if (c == nullptr)
+    // Entities come in runs on one layer: the last one found is tried first.
+    if (ultimaCapa == nullptr || capaEntidad != ultimoNombreCapa)
     {
-        capa(capaEntidad, colorEntidad);
-        c = dibujo->buscaCapa(nombreCapa);
+        const char* nombreCapa = capaEntidad.empty() ? kCapaPorDefecto : capaEntidad.c_str();
+        ultimaCapa = dibujo->buscaCapa(nombreCapa);
+        if (ultimaCapa == nullptr)
+        {
+            capa(capaEntidad, colorEntidad);
+            ultimaCapa = dibujo->buscaCapa(nombreCapa);
+        }
+        // A name the file cannot hold made no layer: the current one takes the entity.
+        if (ultimaCapa == nullptr)
+        {
+            ultimaCapa = dibujo->capaActual();
+        }
+        ultimoNombreCapa = capaEntidad;
     }
-    // A name the file cannot hold made no layer: the current one takes the entity.
-    e.asignaCapa(c != nullptr ? c : dibujo->capaActual());
+    e.asignaCapa(ultimaCapa);
     if (colorEntidad >= 0 && colorEntidad < 512)
     {
         e.color.setIndiceColor(colorEntidad);

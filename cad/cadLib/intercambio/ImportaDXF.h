@@ -10,6 +10,7 @@ namespace cad
 {
 
 class Dibujo;
+class Capa;
 class Entidad;
 class Polilinea;
 
@@ -70,6 +71,9 @@ public:
 private:
     void asignaCapaColor(Entidad& e, const std::string& capa, int32_t color);
     void anade(Entidad* e);
+
+    std::string ultimoNombreCapa;
+    Capa* ultimaCapa = nullptr;
 };
 
 }  // namespace cad

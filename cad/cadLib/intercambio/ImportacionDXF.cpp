@@ -105,8 +105,9 @@ bool ImportacionDXF::lee(const char* datos, size_t tamano)
         motivo = "es un DXF binario: solo se leen DXF de texto";
         return false;
     }
-    cursor = datos;
+    inicio = cursor = datos;
     final = datos + tamano;
+    siguienteAviso = progreso ? datos : nullptr;
     if (finFichero)
     {
         return true;
@@ -142,8 +143,20 @@ bool ImportacionDXF::lee(const char* datos, size_t tamano)
             leeEntidades();
         }
     }
-    cursor = final = nullptr;
+    if (progreso)
+    {
+        progreso(1.0);
+    }
+    inicio = cursor = final = siguienteAviso = nullptr;
     return true;
+}
+
+void ImportacionDXF::avisaProgreso()
+{
+    const size_t total = static_cast<size_t>(final - inicio);
+    progreso(total == 0 ? 1.0 : static_cast<double>(cursor - inicio) / static_cast<double>(total));
+    const size_t paso = total / 100 + 1;
+    siguienteAviso = static_cast<size_t>(final - cursor) > paso ? cursor + paso : nullptr;
 }
 
 bool ImportacionDXF::lee(std::FILE* f)
@@ -188,6 +201,10 @@ bool ImportacionDXF::leeTrozo(std::string_view& trozo)
                              : maximo;
     trozo = std::string_view(cursor, largo);
     cursor += largo;
+    if (siguienteAviso != nullptr && cursor >= siguienteAviso)
+    {
+        avisaProgreso();
+    }
     // A NUL ends the string that fgets gave, whatever follows it.
     const void* nulo = std::memchr(trozo.data(), '\0', trozo.size());
     if (nulo != nullptr)

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,6 +93,9 @@ public:
     codificacionDXF codificacion = codificacionDXF::kWindows1252;
     bool binario = false;
     std::string motivo;
+    // Told the fraction of the bytes read (0 to 1) each time the reading passes another
+    // hundredth: progress for long files. Empty: nothing is told.
+    std::function<void(double)> progreso;
     // Entity names the reader skipped, with how often (3DFACE, INSERT, MTEXT...).
     std::vector<std::pair<std::string, uint64_t>> omitidas;
 
@@ -108,8 +112,12 @@ private:
     void cuentaOmitida(std::string_view nombreEntidad);
     std::string decodifica(std::string_view valor) const;
 
+    void avisaProgreso();
+
+    const char* inicio = nullptr;
     const char* cursor = nullptr;
     const char* final = nullptr;
+    const char* siguienteAviso = nullptr;
     int32_t numeroVertices = 0;
     // The last pair ended an entity's fields: the next value is an entity name.
     bool trasCampos = false;

@@ -10,6 +10,7 @@
 
 #include "Demo.h"
 #include "Fendrix/Fendrix.h"
+#include "Importa.h"
 #include "Sesion.h"
 #include "base/Excepcion.h"
 
@@ -24,6 +25,10 @@ int uso()
                  "                            salida/demo.dxf\n"
                  "  info FICHERO.cad          capas, entidades por tipo y extension\n"
                  "  dxf FICHERO.cad SALIDA.dxf  exporta un dibujo a DXF\n"
+                 "  importa FICHERO.dxf|FICHERO.obj [SALIDA.cad]  lee el fichero en el\n"
+                 "                            dibujo SALIDA.cad (nuevo si no existe; por\n"
+                 "                            defecto, el nombre de la entrada), cuenta lo\n"
+                 "                            que entra y lo guarda\n"
                  "  sesion [FICHERO.cad]      dibuja con ordenes leidas de la entrada; la\n"
                  "                            orden ayuda las lista\n"
                  "  guion GUION.txt [FICHERO.cad]  la misma sesion, leida de un fichero y\n"
@@ -147,6 +152,10 @@ int ejecuta(int argc, char** argv)
             std::cerr << "tarvelo: aviso: " << aviso << "\n";
         }
         return exporta(dibujo, argv[3]) ? 0 : 1;
+    }
+    if (orden == "importa" && (argc == 3 || argc == 4))
+    {
+        return tarvelo::importa(argv[2], argc == 4 ? argv[3] : "", std::cout, std::cerr);
     }
     if (orden == "sesion" && argc <= 3)
     {

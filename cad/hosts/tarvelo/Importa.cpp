@@ -1,0 +1,224 @@
+// The `importa` order: a DXF or OBJ file into a drawing, with a report of what came in.
+#include "Importa.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <ostream>
+#include <system_error>
+
+#include "base/FicheroAtomico.h"
+#include "documento/Capa.h"
+#include "documento/Dibujo.h"
+#include "entidades/Policara.h"
+#include "intercambio/ImportaDXF.h"
+#include "intercambio/ImportaOBJ.h"
+
+namespace tarvelo
+{
+
+namespace
+{
+
+const std::uintmax_t kFicheroGrande = 50u * 1024u * 1024u;
+
+std::string extension(const std::string& ruta)
+{
+    std::string e = std::filesystem::path(ruta).extension().string();
+    std::transform(e.begin(), e.end(), e.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return e;
+}
+
+// A progress line rewritten in place, one step per whole percent.
+class Progreso
+{
+public:
+    Progreso(std::ostream& s, bool activo) : salida(s), activo_(activo) {}
+    void operator()(double fraccion)
+    {
+        const int tanto = static_cast<int>(fraccion * 100.0);
+        if (activo_ && tanto != ultimo)
+        {
+            ultimo = tanto;
+            salida << "\rLeyendo: " << tanto << " %" << (tanto >= 100 ? "\n" : "") << std::flush;
+        }
+    }
+
+private:
+    std::ostream& salida;
+    bool activo_;
+    int ultimo = -1;
+};
+
+void lista(std::ostream& s, const char* titulo, const std::vector<std::string>& nombres)
+{
+    if (nombres.empty())
+    {
+        return;
+    }
+    s << titulo << ":";
+    for (const std::string& n : nombres)
+    {
+        s << " " << n;
+    }
+    s << "\n";
+}
+
+bool importaDXF(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s,
+                Progreso& progreso, std::string& error)
+{
+    const size_t capasAntes = dibujo.capas.size();
+    cad::ImportaDXF lector(&dibujo);
+    lector.progreso = [&](double f) { progreso(f); };
+    const bool ok = lector.lee(entrada);
+    lector.terminaAbierta();
+    if (!ok)
+    {
+        error = lector.motivo;
+        return false;
+    }
+    const cad::informeDXF_t& i = lector.informe;
+    s << "DXF " << (lector.version.empty() ? "sin version" : lector.version) << ", textos en "
+      << (lector.codificacion == cad::codificacionDXF::kUTF8 ? "UTF-8" : "Windows-1252") << "\n";
+    s << "Capas nuevas: " << i.capasNuevas;
+    for (size_t c = capasAntes; c < dibujo.capas.size(); ++c)
+    {
+        s << (c == capasAntes ? " (" : ", ") << dibujo.capas[c]->nombre;
+    }
+    s << (dibujo.capas.size() > capasAntes ? ")\n" : "\n");
+    s << "Puntos: " << i.puntos << "\n";
+    s << "Lineas: " << i.lineas << "\n";
+    s << "Polilineas: " << i.polilineas << " (" << i.vertices << " vertices)\n";
+    s << "Descartados: " << i.arcos << " arcos, " << i.circulos << " circulos, " << i.textos
+      << " textos\n";
+    if (!lector.omitidas.empty())
+    {
+        s << "Entidades omitidas:";
+        for (const auto& [nombre, veces] : lector.omitidas)
+        {
+            s << " " << nombre << " " << veces;
+        }
+        s << "\n";
+    }
+    if (i.verticesSinPolilinea != 0)
+    {
+        s << "Vertices sin polilinea, descartados: " << i.verticesSinPolilinea << "\n";
+    }
+    if (i.polilineasSinFin != 0)
+    {
+        s << "Polilineas sin SEQEND, guardadas como estaban: " << i.polilineasSinFin << "\n";
+    }
+    if (i.capasRechazadas != 0)
+    {
+        s << "Capas con nombre demasiado largo, en la capa actual: " << i.capasRechazadas << "\n";
+    }
+    return true;
+}
+
+bool importaOBJ(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s,
+                Progreso& progreso, std::string& error)
+{
+    auto modelo = std::make_unique<cad::Policara>();
+    cad::informeOBJ_t i;
+    progreso(0.0);
+    modelo->importaObj(entrada, dibujo, &i);
+    progreso(1.0);
+    if (!i.abierto || !i.motivo.empty())
+    {
+        error = i.motivo.empty() ? "no se pudo abrir" : i.motivo;
+        return false;
+    }
+    s << "Vertices: " << i.vertices << ", coordenadas UV: " << i.coordenadasUV
+      << ", normales: " << i.normales << "\n";
+    s << "Caras: " << i.triangulos << " triangulos, " << i.cuadrilateros << " cuadrilateros\n";
+    if (i.carasCortadas != 0)
+    {
+        s << "Caras de mas de cuatro esquinas, cortadas a las cuatro primeras: " << i.carasCortadas
+          << "\n";
+    }
+    if (i.carasMenosDeTres != 0)
+    {
+        s << "Caras de menos de tres esquinas, descartadas: " << i.carasMenosDeTres << "\n";
+    }
+    if (i.carasFueraDeRango != 0)
+    {
+        s << "Caras con un vertice fuera de rango, descartadas: " << i.carasFueraDeRango << "\n";
+    }
+    if (i.esquinasNegativas != 0)
+    {
+        s << "Esquinas con numero relativo (negativo): " << i.esquinasNegativas << "\n";
+    }
+    s << "Normales calculadas: " << i.normalesCalculadas << "\n";
+    s << "Materiales creados: " << i.materialesCreados << "\n";
+    if (i.usemtlDesconocidos != 0)
+    {
+        s << "usemtl de materiales desconocidos: " << i.usemtlDesconocidos << "\n";
+    }
+    lista(s, "Bibliotecas", i.bibliotecas);
+    lista(s, "Bibliotecas que faltan", i.bibliotecasQueFaltan);
+    lista(s, "Texturas", i.texturas);
+    lista(s, "Texturas que faltan", i.texturasQueFaltan);
+    if (i.desplazamientos != 0)
+    {
+        s.precision(17);
+        s << "Desplazamiento #DX aplicado: " << i.desplazamiento.x << ", " << i.desplazamiento.y
+          << ", " << i.desplazamiento.z << "\n";
+    }
+    dibujo.nuevaEntidad(modelo.release());
+    return true;
+}
+
+}  // namespace
+
+int importa(const std::string& entrada, std::string salida, std::ostream& informe,
+            std::ostream& errores)
+{
+    const std::string tipo = extension(entrada);
+    if (tipo != ".dxf" && tipo != ".obj")
+    {
+        errores << "tarvelo: " << entrada << " no es .dxf ni .obj\n";
+        return 1;
+    }
+    if (salida.empty())
+    {
+        salida = std::filesystem::path(entrada).replace_extension(".cad").string();
+    }
+    cad::Dibujo dibujo;
+    dibujo.nuevoDocumento();
+    cad::resultadoFichero_t r;
+    std::error_code ec;
+    if (std::filesystem::exists(salida, ec))
+    {
+        if (!dibujo.leeFichero(salida, r))
+        {
+            errores << "tarvelo: no se pudo leer el dibujo: " << r.mensaje << "\n";
+            return 1;
+        }
+        informe << "Se añade a " << salida << "\n";
+    }
+    const std::uintmax_t tamano = std::filesystem::file_size(entrada, ec);
+    Progreso aviso(errores, !ec && tamano > kFicheroGrande);
+    informe << "Importando " << entrada << "\n";
+    const size_t entidadesAntes = dibujo.entidades.size();
+    std::string error;
+    const bool ok = tipo == ".dxf" ? importaDXF(dibujo, entrada, informe, aviso, error)
+                                   : importaOBJ(dibujo, entrada, informe, aviso, error);
+    if (!ok)
+    {
+        errores << "tarvelo: no se pudo importar " << entrada << ": " << error << "\n";
+        return 1;
+    }
+    if (!dibujo.guardaFichero(salida, r))
+    {
+        errores << "tarvelo: no se pudo guardar el dibujo: " << r.mensaje << "\n";
+        return 1;
+    }
+    informe << "Entidades nuevas: " << dibujo.entidades.size() - entidadesAntes << "\n";
+    informe << "Guardado en " << salida << "\n";
+    return 0;
+}
+
+}  // namespace tarvelo
