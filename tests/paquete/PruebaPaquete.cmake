@@ -302,3 +302,39 @@ dxf: no queda espacio en el disco para escribir lleno/obra.dxf" "the session on 
         message(FATAL_ERROR "the first save's files did not stay as they were")
     endif()
 endif()
+
+# Other programs' files: a plan from a DXF into a new drawing, a textured model from an OBJ
+# added to it, each with its report; a binary DXF refused with its reason, the drawing as it
+# was.
+set(datos "${FUENTE}/../shared/datos")
+if(EXISTS "${datos}/dxf/trimesh/LM2.dxf")
+    file(REMOVE "${TRABAJO}/salida/importado.cad")
+    tarvelo(r salida importa "${datos}/dxf/trimesh/LM2.dxf" salida/importado.cad)
+    message("${salida}")
+    foreach(esperado "DXF AC1021, textos en UTF-8" "Capas nuevas: 3 \\(GRAVIRANJE, HOLES, IZREZ\\)"
+            "Puntos: 31" "Polilineas: 4 \\(268 vertices\\)"
+            "Descartados: 0 arcos, 36 circulos, 5 textos" "Entidades omitidas: DIMENSION 22"
+            "Entidades nuevas: 35" "Guardado en salida/importado.cad")
+        if(r OR NOT salida MATCHES "${esperado}")
+            message(FATAL_ERROR "tarvelo importa of a DXF gave ${r}, not '${esperado}':\n${salida}")
+        endif()
+    endforeach()
+    tarvelo(r salida importa "${datos}/obj/trimesh_capsule/capsule.obj" salida/importado.cad)
+    message("${salida}")
+    foreach(esperado "Se añade a salida/importado.cad" "Caras: 10200 triangulos, 0 cuadrilateros"
+            "Materiales creados: 1" "Texturas: .*capsule0.jpg" "Entidades nuevas: 1")
+        if(r OR NOT salida MATCHES "${esperado}")
+            message(FATAL_ERROR "tarvelo importa of an OBJ gave ${r}, not '${esperado}':\n${salida}")
+        endif()
+    endforeach()
+    tarvelo(r salida info salida/importado.cad)
+    if(r OR NOT salida MATCHES "Modelos: [0-9]+ vertices, 10200 caras")
+        message(FATAL_ERROR "tarvelo info after the imports gave ${r}:\n${salida}")
+    endif()
+    file(SHA256 "${TRABAJO}/salida/importado.cad" antes)
+    tarvelo(r salida importa "${datos}/dxf/ezdxf/bin_dxf_r12.dxf" salida/importado.cad)
+    file(SHA256 "${TRABAJO}/salida/importado.cad" despues)
+    if(r EQUAL 0 OR NOT salida MATCHES "es un DXF binario" OR NOT antes STREQUAL despues)
+        message(FATAL_ERROR "tarvelo importa of a binary DXF gave ${r}:\n${salida}")
+    endif()
+endif()

@@ -405,7 +405,14 @@ void ImportacionDXF::leeCampos()
         {
             case 1:
             {
-                valorTexto = decodifica(valor);
+                if (dxfSinCambios(valor))
+                {
+                    valorTexto.assign(valor);
+                }
+                else
+                {
+                    valorTexto = decodifica(valor);
+                }
                 // The diameter sign: the Latin-1 letter o with stroke, in UTF-8 here.
                 const size_t donde =
                     valorTexto.size() > 2 ? valorTexto.find("%%C") : std::string::npos;
