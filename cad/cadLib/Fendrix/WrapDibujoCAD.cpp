@@ -7,12 +7,12 @@
 
 #include "Fendrix/GuardasFachada.h"
 #include "Fendrix/constCharPtr.h"
+#include "base/Admisible.h"
 #include "base/Color.h"
 #include "base/Configuracion.h"
 #include "base/Excepcion.h"
 #include "base/FicheroAtomico.h"
 #include "base/GestorMensajes.h"
-#include "base/Admisible.h"
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "documento/VariablesPintura.h"
@@ -503,13 +503,18 @@ bool WrapDibujoCAD::importaDXF(const std::string& fichero)
     }
     const constCharPtr ruta(fichero);
     const bool ok = mDibujo->importaDocumentoDFX(ruta.c_str());
+    avisaImportacion();
+    return ok;
+}
+
+void WrapDibujoCAD::avisaImportacion()
+{
     if (mEditor != nullptr)
     {
         mEditor->actualiza(cad::EditorDibujo::kCapas, false);
         mEditor->actualiza(cad::EditorDibujo::kControl, false);
         mEditor->actualiza(cad::EditorDibujo::kDocumento, false);
     }
-    return ok;
 }
 
 void WrapDibujoCAD::escribeDXF(cad::ExportaDXF& dxf)
@@ -596,8 +601,9 @@ bool WrapDibujoCAD::intentaExportarDXF(const std::string& fichero, std::string& 
     {
         if (c->nombre.empty())
         {
-            mensaje = "una capa sin nombre no se puede escribir en un DXF; "
-                      "póngale nombre antes de exportar";
+            mensaje =
+                "una capa sin nombre no se puede escribir en un DXF; "
+                "póngale nombre antes de exportar";
             return false;
         }
     }

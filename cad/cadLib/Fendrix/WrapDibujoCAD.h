@@ -582,6 +582,8 @@ private:
     bool camara(int cual, double& x, double& y, double& z);
     // The three steps of an export, in their order, through `dxf`.
     void escribeDXF(cad::ExportaDXF& dxf);
+    // After an import: layers, control and document notices to the host.
+    void avisaImportacion();
     // Runs a checked file operation of the editor; `mensaje` takes the path's or memory's
     // failure, or `resultado`'s.
     template <typename Operacion>

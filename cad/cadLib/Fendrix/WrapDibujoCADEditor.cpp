@@ -232,9 +232,8 @@ bool WrapDibujoCAD::getVentana(const std::string& mensaje1, const std::string& m
     return ok;
 }
 
-bool WrapDibujoCAD::getVentana(const std::string& mensaje1, const std::string& mensaje2,
-                               double& x1, double& y1, double& z1, double& x2, double& y2,
-                               double& z2)
+bool WrapDibujoCAD::getVentana(const std::string& mensaje1, const std::string& mensaje2, double& x1,
+                               double& y1, double& z1, double& x2, double& y2, double& z2)
 {
     if (mEditor == nullptr)
     {
@@ -276,8 +275,7 @@ bool WrapDibujoCAD::getCirculo(const std::string& mensaje1, const std::string& m
 }
 
 bool WrapDibujoCAD::getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x,
-                               double& y, double& z, double& xBorde, double& yBorde,
-                               double& zBorde)
+                               double& y, double& z, double& xBorde, double& yBorde, double& zBorde)
 {
     if (mEditor == nullptr)
     {
@@ -315,8 +313,8 @@ bool WrapDibujoCAD::comandoSeleccionaEntidades(const std::string& mensaje1,
     {
         return false;
     }
-    return mEditor->comandoSeleccionaEntidades(
-        mensaje1.c_str(), mensaje2.c_str(), static_cast<EditorDibujo::seleccion_e>(tipo));
+    return mEditor->comandoSeleccionaEntidades(mensaje1.c_str(), mensaje2.c_str(),
+                                               static_cast<EditorDibujo::seleccion_e>(tipo));
 }
 
 int32_t WrapDibujoCAD::getEntidadesBajoPixel(int32_t x, int32_t y, std::vector<int64_t>& handles)

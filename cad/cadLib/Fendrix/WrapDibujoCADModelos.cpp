@@ -7,6 +7,7 @@
 
 #include "Fendrix/GuardasFachada.h"
 #include "Fendrix/WrapDibujoCAD.h"
+#include "Fendrix/constCharPtr.h"
 #include "documento/Dibujo.h"
 #include "documento/Material.h"
 #include "documento/SeleccionEntidades.h"
@@ -16,6 +17,7 @@
 #include "entidades/Foto360.h"
 #include "entidades/GrupoPuntos.h"
 #include "entidades/Objeto3D.h"
+#include "entidades/Policara.h"
 #include "entidades/Superficie.h"
 #include "entidades/TomaCamara.h"
 #include "modelo/Modelo3D.h"
@@ -124,6 +126,32 @@ int64_t WrapDibujoCAD::nuevoCubo(const double* coordenadas)
     return insertaEntidadGetHandle(
         new cad::Cubo(cad::Punto3<double>(coordenadas[0], coordenadas[1], coordenadas[2]),
                       cad::Punto3<double>(coordenadas[3], coordenadas[4], coordenadas[5])));
+}
+
+int64_t WrapDibujoCAD::nuevoObjeto3D(const std::string& ficheroObj)
+{
+    if (mDibujo == nullptr)
+    {
+        return 0;
+    }
+    const constCharPtr ruta(ficheroObj);
+    auto soup = std::make_unique<cad::Policara>();
+    soup->importaObj(ruta.c_str(), *mDibujo);
+    // Inserted whatever was read, an unreadable file giving an empty soup.
+    return insertaEntidadGetHandle(soup.release());
+}
+
+bool WrapDibujoCAD::importaOBJ(const std::string& fichero)
+{
+    // A disposed facade has nothing to read into: refused rather than reaching a null drawing.
+    if (mDibujo == nullptr)
+    {
+        return false;
+    }
+    const constCharPtr ruta(fichero);
+    const bool ok = mDibujo->importaDocumentoOBJ(ruta.c_str());
+    avisaImportacion();
+    return ok;
 }
 
 int64_t WrapDibujoCAD::nuevaTomaCamara(double x, double y, double z, double o, double p, double k,
