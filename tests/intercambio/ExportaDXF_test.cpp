@@ -1,12 +1,16 @@
 // The DXF writer: the assembled file line for line, colour and layer rules, and every misuse.
 #include "intercambio/ExportaDXF.h"
 
+#include <bit>
+#include <cmath>
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -393,6 +397,157 @@ TEST(ExportaDXF, FicheroMayorQueUnBloque)
     const std::string ruta = dxf.cierra();
     ASSERT_GT(entidades.size(), 0x40000U);
     compruebaFichero(ruta, esperado("", entidades));
+}
+
+// Reals come out exactly as printf's "%0.4lf" writes them: halves at the fourth decimal
+// (exact binary ties such as 1/32 go to even, near ones by their true value), tiny and
+// negative values that round to "-0.0000", negative zero (which only a text height keeps:
+// coordinates get the origin added), denormals, the largest double, both sides of the
+// bounds of the writer's integer path (2^-15 and 2^48), and a few hundred thousand random
+// values of every magnitude and of every bit pattern.
+TEST(ExportaDXF, RealesComoPrintf)
+{
+    std::vector<double> valores = {0.00005,
+                                   1.00015,
+                                   2.50025,
+                                   -0.00004,
+                                   -0.00005,
+                                   0.00004999999999999999,
+                                   0.03125,
+                                   0.09375,
+                                   -0.15625,
+                                   1234567.96875,
+                                   4503599627370495.5,
+                                   0.99995,
+                                   9.99995,
+                                   -9999.99995,
+                                   1e15,
+                                   -1e15,
+                                   1e15 + 0.5,
+                                   9007199254740993.0,
+                                   1e22,
+                                   1e23,
+                                   1e300,
+                                   5e-324,
+                                   -5e-324,
+                                   2.2250738585072014e-308,
+                                   std::numeric_limits<double>::max(),
+                                   -std::numeric_limits<double>::max(),
+                                   std::numeric_limits<double>::epsilon(),
+                                   0.0,
+                                   1.0,
+                                   -7.0,
+                                   4000000.0,
+                                   123456789012.0,
+                                   std::ldexp(1.0, 48),
+                                   -std::nextafter(std::ldexp(1.0, 48), 0.0),
+                                   std::ldexp(1.0, -15),
+                                   std::nextafter(std::ldexp(1.0, -15), 0.0)};
+    std::mt19937_64 azar(11);
+    std::uniform_real_distribution<double> mantisa(1.0, 10.0);
+    std::uniform_int_distribution<int> decada(-9, 17);
+    while (valores.size() < 300000)
+    {
+        const double signo = (azar() & 1) != 0 ? -1.0 : 1.0;
+        if (valores.size() % 4 == 0)
+        {
+            double cualquiera = std::bit_cast<double>(azar());
+            valores.push_back(std::isfinite(cualquiera) ? cualquiera : 1.5);
+        }
+        else if (valores.size() % 4 == 1)
+        {
+            // A tie at the fourth decimal as near as a double gets to it.
+            valores.push_back(signo * (static_cast<double>(azar() % 100000000) * 1e-4 + 5e-5));
+        }
+        else
+        {
+            valores.push_back(signo * mantisa(azar) * std::pow(10.0, decada(azar)));
+        }
+    }
+    const std::string ruta = rutaTemporal("reales.dxf");
+    {
+        ExportaDXF dxf(ruta);
+        dxf.inicioEntidades();
+        dxf.setCapa("0");
+        for (size_t i = 0; i + 2 < valores.size(); i += 3)
+        {
+            dxf.punto(256, valores[i], valores[i + 1], valores[i + 2]);
+        }
+        dxf.texto("t", 0, 0.0, 0.0, 0.0, -0.0, 0.0);
+        dxf.finEntidades();
+        ASSERT_TRUE(dxf.termina()) << dxf.mensaje();
+    }
+    valores.resize(valores.size() / 3 * 3);
+    for (const double v : {0.0, 0.0, 0.0, -0.0})
+    {
+        valores.push_back(v);
+    }
+    const std::vector<std::string> l = lineas(leeTexto(ruta));
+    size_t n = 0;
+    for (size_t i = 0; i + 1 < l.size(); ++i)
+    {
+        if (l[i] == " 10" || l[i] == " 20" || l[i] == " 30" || l[i] == " 40")
+        {
+            ASSERT_LT(n, valores.size());
+            char esperado[400];
+            std::snprintf(esperado, sizeof esperado, "%0.4lf", valores[n]);
+            ASSERT_EQ(l[i + 1], esperado) << "value " << n << " = " << valores[n];
+            ++n;
+        }
+    }
+    EXPECT_EQ(n, valores.size());
+    EXPECT_EQ(l[l.size() - 9], "-0.0000");
+}
+
+// Layer names and texts go out in Windows-1252, characters it lacks as "\U+XXXX": a name's
+// blanks become '_' before it is encoded, so "Polígono 1" is "Pol\xEDgono_1" in the table and
+// in group 8 alike. Names that meet once encoded (a stray Latin-1 byte and the character it
+// stands for) share one entry. The file is left for the audit, which reads every name and
+// text back spelled as here.
+TEST(ExportaDXF, CapasYTextosEnLaPaginaDeCodigos)
+{
+    Escritor dxf("acentos.dxf");
+    dxf->nuevaCapa("Polígono 1", 1);
+    dxf->nuevaCapa("Cañada", 2);
+    dxf->nuevaCapa("Δέλτα", 3);
+    dxf->nuevaCapa("caf\xE9", 4);
+    dxf->nuevaCapa("café", 5);
+    EXPECT_EQ(dxf->capas.size(), 6U);
+    dxf->setCapa("Polígono 1");
+    dxf->texto("Año €", 0, 1.0, 2.0, 0.0, 1.0, 0.0);
+    dxf->setCapa("Cañada");
+    dxf->texto("Polígono\nΔέλτα 😀", 0, 1.0, 2.0, 0.0, 1.0, 0.0);
+    dxf->setCapa("café");
+    dxf->punto(256, 0.0, 0.0, 0.0);
+    dxf->setCapa("0");
+    dxf->texto("\\U+0041 \\ é\r", 0, 0.0, 0.0, 0.0, 1.0, 0.0);
+    const auto texto = [](const std::string& capa, const std::string& y, const std::string& t)
+    {
+        return "  0\nTEXT\n  8\n" + capa + "\n 10\n1.0000\n 20\n" + y +
+               "\n 30\n0.0000\n 40\n1.0000\n 72\n0\n  1\n" + t + "\n";
+    };
+    const auto capa = [](const std::string& nombre, int color)
+    {
+        return "  0\nLAYER\n  2\n" + nombre + "\n 70\n    0\n 62\n    " + std::to_string(color) +
+               "\n  6\nCONTINUOUS\n";
+    };
+    compruebaFichero(
+        dxf.cierra(),
+        esperado(capa("Pol\xEDgono_1", 1) +
+                     capa("Ca\xF1"
+                          "ada",
+                          2) +
+                     capa("\\U+0394\\U+03AD\\U+03BB\\U+03C4\\U+03B1", 3) + capa("caf\xE9", 4),
+                 texto("Pol\xEDgono_1", "2.0000", "A\xF1o \x80") +
+                     texto("Ca\xF1"
+                           "ada",
+                           "3.0000", "Pol\xEDgono") +
+                     texto("Ca\xF1"
+                           "ada",
+                           "2.0000", "\\U+0394\\U+03AD\\U+03BB\\U+03C4\\U+03B1 \\U+D83D\\U+DE00") +
+                     "  0\nPOINT\n  8\ncaf\xE9\n 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n" +
+                     "  0\nTEXT\n  8\n0\n 10\n0.0000\n 20\n0.0000\n 30\n0.0000\n 40\n1.0000\n"
+                     " 72\n0\n  1\n\\U+005CU+0041 \\ \xE9 \n"));
 }
 
 // ---------------------------------------------------------------------------------------

@@ -379,6 +379,10 @@ TEST(ImportacionDXF, CodificacionDeLaCabecera)
     EXPECT_EQ(capaCon("", "A\xF1o \x80 \\U+039B"), "capa Año € Λ 256\n");
     EXPECT_EQ(capaCon(pares("9 $ACADVER;1 AC1009;9 $DWGCODEPAGE;3 ANSI_1252"), "A\xF1o"),
               "capa Año 256\n");
+    // Another code page by its name; one not known here reads as Windows-1252.
+    EXPECT_EQ(capaCon(pares("9 $ACADVER;1 AC1009;9 $DWGCODEPAGE;3 ANSI_1251"), "\xCF\xEB"),
+              "capa Пл 256\n");
+    EXPECT_EQ(capaCon(pares("9 $DWGCODEPAGE;3 DOS850"), "\xF1"), "capa ñ 256\n");
     // From AC1021 on the file is UTF-8.
     EXPECT_EQ(capaCon(pares("9 $ACADVER;1 AC1021"), "Año"), "capa Año 256\n");
 }

@@ -170,6 +170,14 @@ std::string utf8ADXF(std::string_view texto)
     s.reserve(texto.size());
     for (size_t i = 0; i < texto.size();)
     {
+        // A backslash that would start an escape in the text itself is escaped in turn, or a
+        // reader would take the characters for one.
+        if (texto[i] == '\\' && escapeEn(texto, i) >= 0)
+        {
+            anadeEscape(s, '\\');
+            ++i;
+            continue;
+        }
         size_t largo = 0;
         const uint32_t c = leeUTF8(texto, i, largo);
         if (largo == 0)
@@ -209,7 +217,7 @@ bool dxfSinCambios(std::string_view valor)
     return true;
 }
 
-std::string dxfAUTF8(std::string_view valor, codificacionDXF codificacion)
+std::string dxfAUTF8(std::string_view valor, codificacionDXF codificacion, const char16_t* altos)
 {
     if (dxfSinCambios(valor))
     {
@@ -258,7 +266,14 @@ std::string dxfAUTF8(std::string_view valor, codificacionDXF codificacion)
                 continue;
             }
         }
-        anadeUTF8(s, b < 0xA0 ? kAltos1252[b - 0x80] : b);
+        if (altos != nullptr && codificacion != codificacionDXF::kUTF8)
+        {
+            anadeUTF8(s, altos[b - 0x80]);
+        }
+        else
+        {
+            anadeUTF8(s, b < 0xA0 ? kAltos1252[b - 0x80] : b);
+        }
         ++i;
     }
     return s;

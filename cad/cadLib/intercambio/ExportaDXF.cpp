@@ -2,15 +2,21 @@
 #include "intercambio/ExportaDXF.h"
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 #include "base/Color.h"
 #include "base/Excepcion.h"
+#include "intercambio/CodificacionDXF.h"
 
 namespace cad
 {
@@ -50,39 +56,6 @@ const double kPi = 3.1415;
     throw Excepcion();
 }
 
-// A file that could not be opened stays null, and stdio on a null FILE* is undefined: every
-// write goes through here and is dropped then.
-void escribe(std::FILE* f, const char* texto)
-{
-    if (f != nullptr)
-    {
-        std::fputs(texto, f);
-    }
-}
-
-void escribe(std::FILE* f, const std::string& texto) { escribe(f, texto.c_str()); }
-
-void escribeEntero(std::FILE* f, const char* formato, int valor)
-{
-    char buffer[32];
-    std::snprintf(buffer, sizeof(buffer), formato, valor);
-    escribe(f, buffer);
-}
-
-// Large enough for any finite double in fixed notation, so nothing is cut. A value that is
-// not finite is counted, and the file will not be put in place.
-void escribeReal(ExportaDXF& dxf, double valor)
-{
-    if (!std::isfinite(valor))
-    {
-        ++dxf.noFinitos;
-    }
-    char buffer[400];
-    std::snprintf(buffer, sizeof(buffer), "%0.4lf", valor);
-    escribe(dxf.temporal, buffer);
-    escribe(dxf.temporal, "\n");
-}
-
 void cierra(std::FILE*& f)
 {
     if (f != nullptr)
@@ -92,7 +65,168 @@ void cierra(std::FILE*& f)
     }
 }
 
+const size_t kPendiente = 0x40000;
+
+// Four decimals of `valor` rounded on its exact binary value, ties to even, as printf and
+// to_chars do, in integer arithmetic: valor * 10^4 is m * 625 * 2^(exponent + 4), so the
+// digits are m * 625 (below 2^63) shifted right with the bits shifted out deciding the
+// rounding. Covers the usual coordinates (from 2^-15 up to 2^48 in magnitude, where the shift
+// is from 1 to 63 bits) at a fraction of to_chars' cost; null for the rest.
+char* fijoCuatroDecimales(char* p, double valor)
+{
+    const auto bits = std::bit_cast<uint64_t>(valor);
+    const int exponente = static_cast<int>((bits >> 52) & 0x7FF);
+    const int desplazamiento = 1071 - exponente;
+    if (exponente == 0 || desplazamiento < 1 || desplazamiento > 63)
+    {
+        return nullptr;
+    }
+    const uint64_t m = (bits & ((uint64_t{1} << 52) - 1)) | (uint64_t{1} << 52);
+    const uint64_t a = m * 625;
+    uint64_t q = a >> desplazamiento;
+    const uint64_t resto = a & ((uint64_t{1} << desplazamiento) - 1);
+    const uint64_t mitad = uint64_t{1} << (desplazamiento - 1);
+    if (resto > mitad || (resto == mitad && (q & 1) != 0))
+    {
+        ++q;
+    }
+    // The sign goes even when the value rounds to zero: "-0.0000", as printf writes it.
+    if ((bits >> 63) != 0)
+    {
+        *p++ = '-';
+    }
+    p = std::to_chars(p, p + 20, q / 10000).ptr;
+    const auto decimales = static_cast<unsigned>(q % 10000);
+    p[0] = '.';
+    p[1] = static_cast<char>('0' + decimales / 1000);
+    p[2] = static_cast<char>('0' + decimales / 100 % 10);
+    p[3] = static_cast<char>('0' + decimales / 10 % 10);
+    p[4] = static_cast<char>('0' + decimales % 10);
+    return p + 5;
+}
+
+// Room for any finite double in fixed notation with four decimals (DBL_MAX has 309 digits),
+// so nothing is cut.
+const size_t kMaximoReal = 400;
+
 }  // namespace
+
+// Writes into the writer's pending block. A scratch file that could not be opened is null and
+// stdio on a null FILE* is undefined: everything is dropped then.
+struct SalidaDXF
+{
+    static void vacia(ExportaDXF& dxf)
+    {
+        if (dxf.ocupado > 0 && dxf.temporal != nullptr)
+        {
+            pasa(dxf, dxf.pendiente.get(), dxf.ocupado);
+        }
+        dxf.ocupado = 0;
+    }
+
+    // The first failure's cause is kept: by the end errno tells nothing of it any more.
+    static void pasa(ExportaDXF& dxf, const char* datos, size_t n)
+    {
+        errno = 0;
+        if (std::fwrite(datos, 1, n, dxf.temporal) != n && dxf.errorTemporal == 0)
+        {
+            dxf.errorTemporal = errno != 0 ? errno : EIO;
+        }
+    }
+
+    // At least `n` free bytes at the returned place; avanza() then says where the piece ends.
+    static char* reserva(ExportaDXF& dxf, size_t n)
+    {
+        if (kPendiente - dxf.ocupado < n)
+        {
+            vacia(dxf);
+        }
+        return dxf.pendiente.get() + dxf.ocupado;
+    }
+
+    static void avanza(ExportaDXF& dxf, const char* fin)
+    {
+        dxf.ocupado = static_cast<size_t>(fin - dxf.pendiente.get());
+    }
+
+    static void escribe(ExportaDXF& dxf, const char* texto, size_t n)
+    {
+        if (dxf.temporal == nullptr)
+        {
+            return;
+        }
+        if (n > kPendiente)
+        {
+            vacia(dxf);
+            pasa(dxf, texto, n);
+            return;
+        }
+        char* p = reserva(dxf, n);
+        std::memcpy(p, texto, n);
+        dxf.ocupado += n;
+    }
+
+    template <size_t N>
+    static void escribe(ExportaDXF& dxf, const char (&literal)[N])
+    {
+        escribe(dxf, literal, N - 1);
+    }
+
+    static void escribe(ExportaDXF& dxf, std::string_view texto)
+    {
+        escribe(dxf, texto.data(), texto.size());
+    }
+
+    // `cabeza`, the decimal value, a newline.
+    template <size_t N>
+    static void escribeEntero(ExportaDXF& dxf, const char (&cabeza)[N], int valor)
+    {
+        if (dxf.temporal == nullptr)
+        {
+            return;
+        }
+        char* p = reserva(dxf, N + 16);
+        std::memcpy(p, cabeza, N - 1);
+        p += N - 1;
+        p = std::to_chars(p, p + 12, valor).ptr;
+        *p++ = '\n';
+        avanza(dxf, p);
+    }
+
+    // Fixed notation with four decimals and a newline: the same digits as printf's "%0.4lf"
+    // (all round the exact binary value, ties to even), at a fraction of its cost; to_chars
+    // takes what the integer path does not. A value that is not finite is counted, and the
+    // file will not be put in place.
+    static void escribeReal(ExportaDXF& dxf, double valor)
+    {
+        if (!std::isfinite(valor))
+        {
+            ++dxf.noFinitos;
+        }
+        if (dxf.temporal == nullptr)
+        {
+            return;
+        }
+        char* p = reserva(dxf, kMaximoReal + 1);
+        char* fin = fijoCuatroDecimales(p, valor);
+        p = fin != nullptr
+                ? fin
+                : std::to_chars(p, p + kMaximoReal, valor, std::chars_format::fixed, 4).ptr;
+        *p++ = '\n';
+        avanza(dxf, p);
+    }
+
+    // Group 8 of the current layer, encoded once per change of layer.
+    static void escribeCapa(ExportaDXF& dxf)
+    {
+        if (dxf.lineaCapa.empty() || dxf.capaDeLinea != dxf.capaActual)
+        {
+            dxf.capaDeLinea = dxf.capaActual;
+            dxf.lineaCapa = "  8\n" + utf8ADXF(dxf.capaActual) + "\n";
+        }
+        escribe(dxf, dxf.lineaCapa);
+    }
+};
 
 ExportaDXF::ExportaDXF(const std::string& nombreFichero)
     : minimo(std::numeric_limits<double>::max(), std::numeric_limits<double>::max(),
@@ -111,6 +245,10 @@ ExportaDXF::ExportaDXF(const std::string& nombreFichero)
         if (temporal == nullptr)
         {
             motivo = mensajeErrorFichero(error, nombre, true);
+        }
+        else
+        {
+            pendiente = std::make_unique<char[]>(kPendiente);
         }
     }
     else
@@ -134,6 +272,7 @@ bool ExportaDXF::abierto() const
 
 void ExportaDXF::descarta()
 {
+    ocupado = 0;
     cierra(temporal);
     final->descarta();
     terminado = true;
@@ -180,28 +319,39 @@ bool ExportaDXF::termina()
     cabeza += "  0\nSECTION\n";
     cabeza += "  2\nTABLES\n";
     cabeza += "  0\nTABLE\n  2\nLAYER\n 70\n     1\n";
+    // Names that differ in the drawing can meet once encoded (a byte that is not UTF-8 and the
+    // character it stands for in the code page, a character and its own escape typed out):
+    // the first keeps the entry, and the entities of both are on it for any reader.
+    std::vector<std::string> escritas;
     for (const capa_t& c : capas)
     {
+        std::string codificada = utf8ADXF(c.nombre);
+        if (std::find(escritas.begin(), escritas.end(), codificada) != escritas.end())
+        {
+            continue;
+        }
         char color[32];
         std::snprintf(color, sizeof color, " 62\n    %d\n", c.color);
         cabeza += "  0\nLAYER\n";
         cabeza += "  2\n";
-        cabeza += c.nombre;
+        cabeza += codificada;
         cabeza += "\n";
         cabeza += " 70\n    0\n";
         cabeza += color;
         cabeza += "  6\nCONTINUOUS\n";
+        escritas.push_back(std::move(codificada));
     }
     cabeza += "  0\nENDTAB\n";
     cabeza += "  0\nENDSEC\n";
     final->escribe(cabeza.data(), cabeza.size());
 
-    escribe(temporal, "  0\nEOF\n");
-    // The scratch file's own failures (a full disk) show in its error flag; errno still
-    // tells the cause after a failed flush, and a disk error stands in when it does not.
-    int error = 0;
+    SalidaDXF::escribe(*this, "  0\nEOF\n");
+    SalidaDXF::vacia(*this);
+    // The scratch file's failures (a full disk): the cause kept by the write that failed, or
+    // errno after a failed flush, or a disk error when neither tells.
+    int error = errorTemporal;
     errno = 0;
-    if (std::fflush(temporal) != 0 || std::ferror(temporal) != 0)
+    if (error == 0 && (std::fflush(temporal) != 0 || std::ferror(temporal) != 0))
     {
         error = errno != 0 ? errno : EIO;
     }
@@ -299,12 +449,18 @@ void ExportaDXF::nuevaCapaRGBA(const std::string& nombreCapa, const Color& color
 
 void ExportaDXF::setCapa(const std::string& nombreCapa)
 {
+    // Layers are never removed from the table, so a name found before is still there.
+    if (!capaActual.empty() && nombreCapa == capaPedida)
+    {
+        return;
+    }
     const std::string normalizado = normalizaCapa(nombreCapa);
     for (const capa_t& c : capas)
     {
         if (c.nombre == normalizado)
         {
             capaActual = normalizado;
+            capaPedida = nombreCapa;
             return;
         }
     }
@@ -318,8 +474,7 @@ void ExportaDXF::inicioEntidades()
         falla(*this, kSegundaSeccion);
     }
     estado |= kSeccionAbierta;
-    escribe(temporal, "  0\nSECTION\n");
-    escribe(temporal, "  2\nENTITIES\n");
+    SalidaDXF::escribe(*this, "  0\nSECTION\n  2\nENTITIES\n");
 }
 
 void ExportaDXF::finEntidades()
@@ -329,7 +484,7 @@ void ExportaDXF::finEntidades()
         falla(*this, kFinSinInicio);
     }
     estado &= ~kSeccionAbierta;
-    escribe(temporal, "  0\nENDSEC\n");
+    SalidaDXF::escribe(*this, "  0\nENDSEC\n");
 }
 
 namespace
@@ -344,26 +499,16 @@ void compruebaCapa(ExportaDXF& dxf)
     }
 }
 
-void escribeCapa(ExportaDXF& dxf)
+void escribeCabecera(ExportaDXF& dxf, std::string_view clave, int color)
 {
+    SalidaDXF::escribe(dxf, "  0\n");
+    SalidaDXF::escribe(dxf, clave);
+    SalidaDXF::escribe(dxf, "\n");
     compruebaCapa(dxf);
-    std::FILE* f = dxf.temporal;
-    const std::string& capaActual = dxf.capaActual;
-    escribe(f, "  8\n");
-    escribe(f, capaActual);
-    escribe(f, "\n");
-}
-
-void escribeCabecera(ExportaDXF& dxf, const char* clave, int color)
-{
-    std::FILE* f = dxf.temporal;
-    escribe(f, "  0\n");
-    escribe(f, clave);
-    escribe(f, "\n");
-    escribeCapa(dxf);
+    SalidaDXF::escribeCapa(dxf);
     if (color != kPorCapa)
     {
-        escribeEntero(f, " 62\n%d\n", color);
+        SalidaDXF::escribeEntero(dxf, " 62\n", color);
     }
 }
 
@@ -373,12 +518,12 @@ void escribePunto(ExportaDXF& dxf, int n, double x, double y, double z)
     const double px = x * dxf.escala + dxf.origen.x;
     const double py = y * dxf.escala + dxf.origen.y;
     const double pz = z * dxf.escala + dxf.origen.z;
-    escribeEntero(dxf.temporal, " %d\n", 10 + n);
-    escribeReal(dxf, px);
-    escribeEntero(dxf.temporal, " %d\n", 20 + n);
-    escribeReal(dxf, py);
-    escribeEntero(dxf.temporal, " %d\n", 30 + n);
-    escribeReal(dxf, pz);
+    SalidaDXF::escribeEntero(dxf, " ", 10 + n);
+    SalidaDXF::escribeReal(dxf, px);
+    SalidaDXF::escribeEntero(dxf, " ", 20 + n);
+    SalidaDXF::escribeReal(dxf, py);
+    SalidaDXF::escribeEntero(dxf, " ", 30 + n);
+    SalidaDXF::escribeReal(dxf, pz);
     dxf.minimo.x = std::min(dxf.minimo.x, px);
     dxf.minimo.y = std::min(dxf.minimo.y, py);
     dxf.minimo.z = std::min(dxf.minimo.z, pz);
@@ -388,11 +533,12 @@ void escribePunto(ExportaDXF& dxf, int n, double x, double y, double z)
 }
 
 // One TEXT record of a single line.
-void escribeTexto(ExportaDXF& dxf, const std::string& linea, int justificacion, double x,
-                  double y, double z, double altura, double rotacionGrados)
+void escribeTexto(ExportaDXF& dxf, std::string_view linea, int justificacion, double x, double y,
+                  double z, double altura, double rotacionGrados)
 {
-    escribe(dxf.temporal, "  0\nTEXT\n");
-    escribeCapa(dxf);
+    SalidaDXF::escribe(dxf, "  0\nTEXT\n");
+    compruebaCapa(dxf);
+    SalidaDXF::escribeCapa(dxf);
     escribePunto(dxf, 0, x, y, z);
     if (justificacion != kJustificarIzquierda)
     {
@@ -400,28 +546,44 @@ void escribeTexto(ExportaDXF& dxf, const std::string& linea, int justificacion, 
         const double a = rotacionGrados / 180.0 * kPi;
         escribePunto(dxf, 1, x + std::cos(a), y + std::sin(a), z);
     }
-    escribe(dxf.temporal, " 40\n");
-    escribeReal(dxf, altura * dxf.escala);
-    escribeEntero(dxf.temporal, " 72\n%d\n", justificacion);
+    SalidaDXF::escribe(dxf, " 40\n");
+    SalidaDXF::escribeReal(dxf, altura * dxf.escala);
+    SalidaDXF::escribeEntero(dxf, " 72\n", justificacion);
     if (rotacionGrados != 0.0)
     {
-        escribe(dxf.temporal, " 50\n");
-        escribeReal(dxf, rotacionGrados);
+        SalidaDXF::escribe(dxf, " 50\n");
+        SalidaDXF::escribeReal(dxf, rotacionGrados);
     }
-    escribe(dxf.temporal, "  1\n");
-    // A carriage return or another control character would end the line for a reader and
-    // let the rest pass for group codes: each becomes a blank.
-    std::string limpia = linea;
-    for (char& c : limpia)
+    SalidaDXF::escribe(dxf, "  1\n");
+    // Plain printable ASCII, the usual case, goes out as it is; a backslash may need the
+    // encoder (when it starts what reads as an escape).
+    bool llano = true;
+    for (const char c : linea)
     {
         const auto u = static_cast<unsigned char>(c);
-        if (u < 0x20 || u == 0x7F)
-        {
-            c = ' ';
-        }
+        llano = llano && u >= 0x20 && u < 0x7F && c != '\\';
     }
-    escribe(dxf.temporal, limpia);
-    escribe(dxf.temporal, "\n");
+    if (llano)
+    {
+        SalidaDXF::escribe(dxf, linea);
+    }
+    else
+    {
+        // A carriage return or another control character would end the line for a reader
+        // and let the rest pass for group codes: each becomes a blank. The encoding adds
+        // none (code page bytes are above 0x7F, escapes are printable).
+        std::string limpia(linea);
+        for (char& c : limpia)
+        {
+            const auto u = static_cast<unsigned char>(c);
+            if (u < 0x20 || u == 0x7F)
+            {
+                c = ' ';
+            }
+        }
+        SalidaDXF::escribe(dxf, utf8ADXF(limpia));
+    }
+    SalidaDXF::escribe(dxf, "\n");
 }
 
 }  // namespace
@@ -437,8 +599,7 @@ void ExportaDXF::punto(int color, double x, double y, double z)
     escribePunto(*this, 0, x, y, z);
 }
 
-void ExportaDXF::linea(int color, double x1, double y1, double z1, double x2, double y2,
-                       double z2)
+void ExportaDXF::linea(int color, double x1, double y1, double z1, double x2, double y2, double z2)
 {
     if ((estado & kPolilineaAbierta) != 0)
     {
@@ -469,7 +630,7 @@ void ExportaDXF::cara(int n, const Punto3<double>* puntos, int color)
         // A triangle repeats its last corner: the record always has four.
         escribePunto(*this, 3, puntos[2].x, puntos[2].y, puntos[2].z);
     }
-    escribe(temporal, " 70\n0\n");
+    SalidaDXF::escribe(*this, " 70\n0\n");
 }
 
 void ExportaDXF::inicioPolilinea(int flags, int color)
@@ -480,8 +641,8 @@ void ExportaDXF::inicioPolilinea(int flags, int color)
     }
     compruebaCapa(*this);
     escribeCabecera(*this, "POLYLINE", color);
-    escribe(temporal, " 66\n     1\n");
-    escribeEntero(temporal, " 70\n     %d\n", flags);
+    SalidaDXF::escribe(*this, " 66\n     1\n");
+    SalidaDXF::escribeEntero(*this, " 70\n     ", flags);
     estado = (estado & ~kBitsGrupo70) | kPolilineaAbierta |
              (static_cast<uint32_t>(flags) & kBitsGrupo70);
 }
@@ -497,9 +658,8 @@ void ExportaDXF::verticePolilinea(double x, double y, double z)
         falla(*this, kPolilineaNo3D);
     }
     compruebaCapa(*this);
-    escribe(temporal, "  0\nVERTEX\n");
-    escribe(temporal, " 70\n    32\n");
-    escribeCapa(*this);
+    SalidaDXF::escribe(*this, "  0\nVERTEX\n 70\n    32\n");
+    SalidaDXF::escribeCapa(*this);
     escribePunto(*this, 0, x, y, z);
 }
 
@@ -510,11 +670,11 @@ void ExportaDXF::finPolilinea()
         falla(*this, kPolilineaSinCrearFin);
     }
     estado &= ~(kPolilineaAbierta | kBitsGrupo70);
-    escribe(temporal, "  0\nSEQEND\n");
+    SalidaDXF::escribe(*this, "  0\nSEQEND\n");
 }
 
-void ExportaDXF::texto(const std::string& cadena, int justificacion, double x, double y,
-                       double z, double altura, double rotacionGrados)
+void ExportaDXF::texto(const std::string& cadena, int justificacion, double x, double y, double z,
+                       double altura, double rotacionGrados)
 {
     if ((estado & kPolilineaAbierta) != 0)
     {
@@ -544,8 +704,8 @@ void ExportaDXF::texto(const std::string& cadena, int justificacion, double x, d
     while (true)
     {
         const size_t fin = cadena.find('\n', inicio);
-        const std::string linea =
-            cadena.substr(inicio, fin == std::string::npos ? std::string::npos : fin - inicio);
+        const std::string_view linea = std::string_view(cadena).substr(
+            inicio, fin == std::string::npos ? std::string::npos : fin - inicio);
         // An empty line is an empty text, which writes nothing, but it keeps its place.
         if (!linea.empty())
         {

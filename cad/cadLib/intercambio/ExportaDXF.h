@@ -33,7 +33,9 @@ enum justificar_e
 // Calls in a wrong order raise cad::Excepcion. Finishing assembles the final file: head and
 // layer table, then the entities, which wait in a scratch file beside it. The final file is
 // written through a FicheroAtomico: it replaces its target only when whole and checked, and
-// a failed or abandoned export leaves the target as it was.
+// a failed or abandoned export leaves the target as it was. Texts and layer names are UTF-8
+// here and go out in Windows-1252, the code page an R12 file is read in when its header names
+// none; characters it lacks go as "\U+XXXX" escapes (see utf8ADXF).
 class ExportaDXF
 {
 public:
@@ -59,7 +61,8 @@ public:
     const std::string& mensaje() const { return motivo; }
 
     // Blanks, then points, become '_'; so do control characters, which would break the line
-    // structure of the file.
+    // structure of the file. The name stays UTF-8: it is encoded for the file when written
+    // (no byte of a multi-byte UTF-8 character is a blank, a point or a control character).
     static std::string normalizaCapa(const std::string& nombre);
     // Index of the nearest palette colour (squared channel distance, lowest index on a tie).
     static int indiceColor(uint8_t rojo, uint8_t verde, uint8_t azul);
@@ -96,9 +99,22 @@ public:
     uint64_t noFinitos = 0;
 
 private:
+    friend struct SalidaDXF;
+
     bool terminado = false;
     bool correcto = false;
     std::string motivo;
+    // The entity file's pieces gather here and reach `temporal` in large writes, not in one
+    // stdio call each.
+    std::unique_ptr<char[]> pendiente;
+    size_t ocupado = 0;
+    int errorTemporal = 0;  // errno of the first failed write of the entity file
+    // The last name setCapa found, as given, so that an entity on the same layer as the one
+    // before costs one comparison.
+    std::string capaPedida;
+    // Group 8 of `capaDeLinea` as it goes to the file ("  8\n", the encoded name, "\n").
+    std::string capaDeLinea;
+    std::string lineaCapa;
 };
 
 }  // namespace cad

@@ -8,6 +8,7 @@
 
 #include "base/FicheroAtomico.h"
 #include "base/Utf8.h"
+#include "intercambio/PaginasCodigos.h"
 
 namespace cad
 {
@@ -130,6 +131,7 @@ bool ImportacionDXF::lee(const char* datos, size_t tamano)
         if (esVersion || esPagina)
         {
             codificacion = codificacionDeCabecera(version, paginaCodigos);
+            altos = altosPagina(paginaCodigos);
         }
         esVersion = codigo == 9 && valor == "$ACADVER";
         esPagina = codigo == 9 && valor == "$DWGCODEPAGE";
@@ -374,7 +376,7 @@ void ImportacionDXF::cuentaOmitida(std::string_view nombreEntidad)
 
 std::string ImportacionDXF::decodifica(std::string_view valor) const
 {
-    return dxfAUTF8(valor, codificacion);
+    return dxfAUTF8(valor, codificacion, altos);
 }
 
 void ImportacionDXF::leeCampos()

@@ -24,8 +24,8 @@ namespace cad
 //   matches, which is how unknown entities and sections are skipped;
 // - numbers read as atof and atoi would: a malformed value is 0.
 // Texts and names (groups 1, 2, 8) reach the callbacks in UTF-8, decoded from the file's
-// code page ($DWGCODEPAGE, Windows-1252 unless $ACADVER is AC1021 or later) with "\U+XXXX"
-// escapes resolved.
+// code page (UTF-8 from $ACADVER AC1021 on; before, the Windows code page $DWGCODEPAGE names,
+// Windows-1252 when it names none or one not known) with "\U+XXXX" escapes resolved.
 class ImportacionDXF
 {
 public:
@@ -91,6 +91,8 @@ public:
     std::string version;        // $ACADVER
     std::string paginaCodigos;  // $DWGCODEPAGE
     codificacionDXF codificacion = codificacionDXF::kWindows1252;
+    // The high half of the narrow code page $DWGCODEPAGE names; null: Windows-1252.
+    const char16_t* altos = nullptr;
     bool binario = false;
     std::string motivo;
     // Told the fraction of the bytes read (0 to 1) each time the reading passes another

@@ -82,7 +82,10 @@ bool importaDXF(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s
     }
     const cad::informeDXF_t& i = lector.informe;
     s << "DXF " << (lector.version.empty() ? "sin version" : lector.version) << ", textos en "
-      << (lector.codificacion == cad::codificacionDXF::kUTF8 ? "UTF-8" : "Windows-1252") << "\n";
+      << (lector.codificacion == cad::codificacionDXF::kUTF8 ? std::string("UTF-8")
+          : lector.altos != nullptr                          ? lector.paginaCodigos
+                                                             : std::string("Windows-1252"))
+      << "\n";
     s << "Capas nuevas: " << i.capasNuevas;
     for (size_t c = capasAntes; c < dibujo.capas.size(); ++c)
     {
@@ -150,6 +153,11 @@ bool importaOBJ(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s
     if (i.esquinasNegativas != 0)
     {
         s << "Esquinas con numero relativo (negativo): " << i.esquinasNegativas << "\n";
+    }
+    if (i.lineasContinuadas != 0)
+    {
+        s << "Lineas que siguen en la siguiente (\\), leidas por separado: " << i.lineasContinuadas
+          << "\n";
     }
     s << "Normales calculadas: " << i.normalesCalculadas << "\n";
     s << "Materiales creados: " << i.materialesCreados << "\n";
