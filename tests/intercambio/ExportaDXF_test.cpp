@@ -40,18 +40,8 @@ using cad::ExportaDXF;
 using cad::Punto3;
 using cad::prueba::existeFichero;
 using cad::prueba::restosTemporales;
+using cad::prueba::rutaDXF;
 using cad::prueba::rutaTemporal;
-
-// Files that end up well formed go where the audit test reads them.
-std::string rutaDXF(const std::string& nombre)
-{
-    const char* salida = std::getenv("CAD_TEST_SALIDA");
-    const std::filesystem::path base = salida != nullptr && *salida != '\0'
-                                           ? std::filesystem::path(salida)
-                                           : std::filesystem::temp_directory_path() / "tarvelo";
-    std::filesystem::create_directories(base / "dxf");
-    return (base / "dxf" / nombre).string();
-}
 
 std::string leeTexto(const std::string& ruta)
 {

@@ -84,17 +84,6 @@ uint64_t otros(const fila_t& f, const std::string& tipo)
     return 0;
 }
 
-// Files that end up well formed go where the audit test reads them.
-std::string rutaDXF(const std::string& nombre)
-{
-    const char* salida = std::getenv("CAD_TEST_SALIDA");
-    const std::filesystem::path base = salida != nullptr && *salida != '\0'
-                                           ? std::filesystem::path(salida)
-                                           : std::filesystem::temp_directory_path() / "tarvelo";
-    std::filesystem::create_directories(base / "dxf");
-    return (base / "dxf" / nombre).string();
-}
-
 // Counts of what a drawing holds after an import.
 struct cuentas_t
 {
@@ -453,7 +442,7 @@ TEST(ImportaDXF, CoordenadasDeTopografiaYVueltaAlDXF)
     ASSERT_TRUE(d.guardaFichero(cad, r)) << r.mensaje;
     Dibujo recargado;
     ASSERT_TRUE(recargado.leeFichero(cad, r)) << r.mensaje;
-    const std::string salida = rutaDXF("parcela_reimportada.dxf");
+    const std::string salida = prueba::rutaDXF("parcela_reimportada.dxf");
     {
         ExportaDXF dxf(salida);
         recargado.inicializaDocumentoDXF(dxf);
@@ -484,7 +473,7 @@ TEST(ImportaDXF, CoordenadasDeTopografiaYVueltaAlDXF)
         otro.importaDocumentoDFX(std::string(CAD_DATOS_COMPARTIDOS) + "/dxf/" + real);
         std::string nombre =
             std::string("reimportado_") + std::filesystem::path(real).filename().string();
-        ExportaDXF dxf(rutaDXF(nombre));
+        ExportaDXF dxf(prueba::rutaDXF(nombre));
         otro.inicializaDocumentoDXF(dxf);
         otro.exportaDocumentoDFX(dxf);
         otro.finalizaDocumentoDXF(dxf);

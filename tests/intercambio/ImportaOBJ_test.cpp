@@ -18,6 +18,7 @@
 #include "documento/Dibujo.h"
 #include "documento/Material.h"
 #include "entidades/Policara.h"
+#include "intercambio/ExportaDXF.h"
 #include "soporte/FicheroTemporal.h"
 
 namespace cad
@@ -463,6 +464,20 @@ TEST(ImportaOBJ, DesplazamientoGuardadoYLeido)
     EXPECT_NEAR(p->puntos[2].x, 4000001.1234, 1e-4);
     EXPECT_NEAR(p->puntos[2].z, 103.25, 1e-4);
     EXPECT_EQ(p->triangulos.size(), 1U);
+
+    // A polyface writes no DXF entity: the export of the drawing brings nothing back.
+    const std::string dxf = prueba::rutaTemporal("georreferenciado.dxf");
+    {
+        ExportaDXF e(dxf);
+        leido.inicializaDocumentoDXF(e);
+        leido.exportaDocumentoDFX(e);
+        leido.finalizaDocumentoDXF(e);
+        ASSERT_TRUE(e.termina()) << e.mensaje();
+    }
+    Dibujo vuelta;
+    vuelta.nuevoDocumento();
+    vuelta.importaDocumentoDFX(dxf);
+    EXPECT_TRUE(vuelta.entidades.empty());
 }
 
 // --- the token reader and the facade ---------------------------------------------------------

@@ -1,9 +1,11 @@
 #include "soporte/FicheroTemporal.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+
 #include <unistd.h>
 
 namespace cad::prueba
@@ -14,7 +16,8 @@ namespace
 
 std::filesystem::path carpeta()
 {
-    static const std::filesystem::path raiz = [] {
+    static const std::filesystem::path raiz = []
+    {
         auto p = std::filesystem::temp_directory_path() /
                  ("tarvelo-pruebas-" + std::to_string(::getpid()));
         std::filesystem::create_directories(p);
@@ -24,6 +27,16 @@ std::filesystem::path carpeta()
 }
 
 }  // namespace
+
+std::string rutaDXF(const std::string& nombre)
+{
+    const char* salida = std::getenv("CAD_TEST_SALIDA");
+    const std::filesystem::path base = salida != nullptr && *salida != '\0'
+                                           ? std::filesystem::path(salida)
+                                           : std::filesystem::temp_directory_path() / "tarvelo";
+    std::filesystem::create_directories(base / "dxf");
+    return (base / "dxf" / nombre).string();
+}
 
 std::string rutaTemporal(const std::string& nombre)
 {
@@ -40,7 +53,8 @@ std::vector<uint8_t> leeFichero(const std::string& ruta)
 void escribeFichero(const std::string& ruta, const std::vector<uint8_t>& bytes)
 {
     std::ofstream f(ruta, std::ios::binary | std::ios::trunc);
-    f.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    f.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
 }
 
 void escribeFichero(const std::string& ruta, const std::string& texto)
@@ -49,7 +63,10 @@ void escribeFichero(const std::string& ruta, const std::string& texto)
     f << texto;
 }
 
-bool existeFichero(const std::string& ruta) { return std::filesystem::exists(ruta); }
+bool existeFichero(const std::string& ruta)
+{
+    return std::filesystem::exists(ruta);
+}
 
 std::vector<std::string> restosTemporales()
 {
