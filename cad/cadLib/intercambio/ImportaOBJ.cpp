@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -18,6 +19,10 @@
 #include <memory>
 #include <system_error>
 #include <type_traits>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "base/FicheroAtomico.h"
 #include "base/geometria/Punto3.h"
@@ -191,10 +196,11 @@ void recorreLineas(const char* datos, size_t n, F&& f)
     }
 }
 
-// recorreLineas over a whole open file read in pieces. `primero` sees the first piece before
-// any line: false from it stops the read. False when the file could not be read to its end.
+// recorreLineas over a whole open file read in pieces. `trozo` sees each piece before its
+// lines, told whether it is the first: false from it stops the read. False when the file
+// could not be read to its end.
 template <typename P, typename F>
-bool recorreFichero(std::FILE* fichero, P&& primero, F&& f)
+bool recorreFichero(std::FILE* fichero, P&& trozo, F&& f)
 {
     std::vector<char> buf(kBloque);
     size_t lleno = 0;
@@ -207,14 +213,11 @@ bool recorreFichero(std::FILE* fichero, P&& primero, F&& f)
         }
         const size_t leidos = std::fread(buf.data() + lleno, 1, buf.size() - lleno, fichero);
         lleno += leidos;
-        if (inicio)
+        if (!trozo(buf.data(), lleno, inicio))
         {
-            inicio = false;
-            if (!primero(buf.data(), lleno))
-            {
-                return true;
-            }
+            return true;
         }
+        inicio = false;
         if (leidos == 0)
         {
             recorreLineas(buf.data(), lleno, f);
@@ -247,14 +250,43 @@ struct CierraFichero
 };
 using fichero_t = std::unique_ptr<std::FILE, CierraFichero>;
 
-fichero_t abre(const std::string& ruta)
+// Regular files only, opened without blocking: a FIFO with no writer is refused at once
+// instead of waited for. `error` takes the errno of a failure.
+fichero_t abre(const std::string& ruta, int& error)
 {
+    error = 0;
     // A name holding a zero byte would open another file.
     if (ruta.empty() || ruta.find('\0') != std::string::npos)
     {
+        error = ENOENT;
         return nullptr;
     }
-    return fichero_t(std::fopen(ruta.c_str(), "rb"));
+    const int fd = ::open(ruta.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+    {
+        error = errno;
+        return nullptr;
+    }
+    struct stat st = {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode))
+    {
+        error = S_ISDIR(st.st_mode) ? EISDIR : EINVAL;
+        ::close(fd);
+        return nullptr;
+    }
+    std::FILE* f = ::fdopen(fd, "rb");
+    if (f == nullptr)
+    {
+        error = errno;
+        ::close(fd);
+    }
+    return fichero_t(f);
+}
+
+fichero_t abre(const std::string& ruta)
+{
+    int error = 0;
+    return abre(ruta, error);
 }
 
 // A byte order mark of UTF-16: such a file holds no line the reader would recognise.
@@ -716,7 +748,8 @@ private:
     uint16_t material = 0xFFFF;
 };
 
-constexpr const char* kMotivoUTF16 = "UTF-16 text: only 8-bit text (ASCII, UTF-8) is read";
+constexpr const char* kMotivoUTF16 =
+    "el fichero está en UTF-16: solo se leen OBJ de texto de 8 bits (ASCII, UTF-8)";
 
 // The values of a record after a reset.
 material_obj_t materialNuevo()
@@ -905,13 +938,15 @@ void importaObjTexto(Policara& policara, std::string_view texto, const std::stri
 
 void Policara::importaObj(const std::string& ruta, Dibujo& dibujo, informeOBJ_t* informe)
 {
-    fichero_t f = abre(ruta);
+    int error = 0;
+    fichero_t f = abre(ruta, error);
     if (!f)
     {
         if (informe != nullptr)
         {
             informe->abierto = false;
-            informe->motivo = "cannot open " + ruta;
+            informe->motivo = error == EINVAL ? ruta + " no es un fichero regular"
+                                              : mensajeErrorFichero(error, ruta, false);
         }
         return;
     }
@@ -922,8 +957,8 @@ void Policara::importaObj(const std::string& ruta, Dibujo& dibujo, informeOBJ_t*
     // First pass: what each list will hold. Second: the lines themselves.
     bool utf16 = false;
     recuento_t r;
-    const auto mira = [&utf16](const char* datos, size_t n)
-    { return !(utf16 = esUTF16(datos, n)); };
+    const auto mira = [&utf16](const char* datos, size_t n, bool primero)
+    { return !primero || !(utf16 = esUTF16(datos, n)); };
     recorreFichero(f.get(), mira, [&r](const char* a, const char* b) { r.linea(a, b); });
     if (utf16)
     {
@@ -937,12 +972,24 @@ void Policara::importaObj(const std::string& ruta, Dibujo& dibujo, informeOBJ_t*
     const LeeBibliotecaOBJ deDisco = leeBibliotecaDeDisco;
     LectorOBJ lector(*this, dibujo, ruta, deDisco, informe);
     lector.reserva(r);
+    // Progress is told per piece read, over the second pass, which holds the time.
+    struct stat st = {};
+    const double total = ::fstat(::fileno(f.get()), &st) == 0 && st.st_size > 0
+                             ? static_cast<double>(st.st_size)
+                             : 1.0;
+    const auto avance = [&](const char*, size_t, bool)
+    {
+        if (informe != nullptr && informe->progreso)
+        {
+            informe->progreso(std::min(1.0, static_cast<double>(std::ftell(f.get())) / total));
+        }
+        return true;
+    };
     const bool entero = recorreFichero(
-        f.get(), [](const char*, size_t) { return true; },
-        [&lector](const char* a, const char* b) { lector.linea(a, b); });
+        f.get(), avance, [&lector](const char* a, const char* b) { lector.linea(a, b); });
     if (!entero && informe != nullptr)
     {
-        informe->motivo = "read error before the end of " + ruta;
+        informe->motivo = "no se pudo leer " + ruta + " hasta el final";
     }
     lector.termina();
 }

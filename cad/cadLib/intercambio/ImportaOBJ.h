@@ -52,6 +52,9 @@ public:
 // What one OBJ import read, dropped and cut: the report of `tarvelo importa` and the tests.
 struct informeOBJ_t
 {
+    // Set by the caller: told the fraction of the file read (0 to 1) after each piece of a
+    // few megabytes. Empty: nothing is told.
+    std::function<void(double)> progreso;
     bool abierto = false;   // the OBJ file could be opened
     std::string motivo;     // why not, or why the content was refused (e.g. UTF-16)
     uint64_t vertices = 0;  // "v" lines kept

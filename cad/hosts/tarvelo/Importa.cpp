@@ -126,7 +126,7 @@ bool importaOBJ(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s
 {
     auto modelo = std::make_unique<cad::Policara>();
     cad::informeOBJ_t i;
-    progreso(0.0);
+    i.progreso = [&](double f) { progreso(f); };
     modelo->importaObj(entrada, dibujo, &i);
     progreso(1.0);
     if (!i.abierto || !i.motivo.empty())
