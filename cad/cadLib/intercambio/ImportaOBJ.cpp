@@ -202,7 +202,12 @@ void recorreLineas(const char* datos, size_t n, F&& f)
 template <typename P, typename F>
 bool recorreFichero(std::FILE* fichero, P&& trozo, F&& f)
 {
-    std::vector<char> buf(kBloque);
+    // A small file needs no piece of full size: clearing it would cost more than the parse.
+    struct stat st = {};
+    const size_t tamano = ::fstat(::fileno(fichero), &st) == 0 && st.st_size > 0
+                              ? static_cast<size_t>(st.st_size)
+                              : kBloque;
+    std::vector<char> buf(std::min(kBloque, tamano + 1));
     size_t lleno = 0;
     bool inicio = true;
     while (true)
