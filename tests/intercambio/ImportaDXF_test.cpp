@@ -24,49 +24,18 @@
 #include "entidades/Punto.h"
 #include "intercambio/ExportaDXF.h"
 #include "soporte/FicheroTemporal.h"
+#include "soporte/TablaReferencia.h"
 
 namespace cad
 {
 namespace
 {
 
-// A row of the reference table that an independent reader wrote for each shared DXF.
-using fila_t = std::map<std::string, std::string>;
-
-std::vector<fila_t> leeReferencia()
-{
-    std::ifstream f(std::string(CAD_DATOS_COMPARTIDOS) + "/dxf_reference.tsv");
-    std::vector<fila_t> filas;
-    std::string linea;
-    std::vector<std::string> cabecera;
-    while (std::getline(f, linea))
-    {
-        std::vector<std::string> campos;
-        std::stringstream s(linea);
-        std::string campo;
-        while (std::getline(s, campo, '\t'))
-        {
-            campos.push_back(campo);
-        }
-        if (cabecera.empty())
-        {
-            cabecera = campos;
-            continue;
-        }
-        fila_t fila;
-        for (size_t i = 0; i < cabecera.size(); ++i)
-        {
-            fila[cabecera[i]] = i < campos.size() ? campos[i] : "";
-        }
-        filas.push_back(fila);
-    }
-    return filas;
-}
+using fila_t = prueba::filaTabla_t;
 
 uint64_t numero(const fila_t& f, const std::string& columna)
 {
-    const auto it = f.find(columna);
-    return it == f.end() || it->second.empty() ? 0 : std::stoull(it->second);
+    return prueba::numeroColumna(f, columna);
 }
 
 // "NAME=n" items of the column of other entity kinds.
@@ -139,7 +108,8 @@ const ajuste_t kAjustes[] = {
 // added; files the reference could not read must simply end.
 TEST(ImportaDXFReal, CuentasComoLaReferencia)
 {
-    const auto filas = leeReferencia();
+    const auto filas =
+        prueba::leeTablaTSV(std::string(CAD_DATOS_COMPARTIDOS) + "/dxf_reference.tsv");
     ASSERT_GT(filas.size(), 40u);
     int probados = 0;
     for (const fila_t& f : filas)

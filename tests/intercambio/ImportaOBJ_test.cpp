@@ -20,6 +20,7 @@
 #include "entidades/Policara.h"
 #include "intercambio/ExportaDXF.h"
 #include "soporte/FicheroTemporal.h"
+#include "soporte/TablaReferencia.h"
 
 namespace cad
 {
@@ -75,35 +76,25 @@ struct fila_t
 
 std::map<std::string, fila_t> tablaReferencia()
 {
-    std::ifstream f(kDatos + "/obj_reference.tsv");
     std::map<std::string, fila_t> tabla;
-    std::string linea;
-    std::getline(f, linea);  // header
-    while (std::getline(f, linea))
+    for (const prueba::filaTabla_t& c : prueba::leeTablaTSV(kDatos + "/obj_reference.tsv"))
     {
-        std::vector<std::string> c;
-        std::stringstream s(linea);
-        std::string campo;
-        while (std::getline(s, campo, '\t'))
-        {
-            c.push_back(campo);
-        }
-        c.resize(14);
         fila_t r;
-        r.ok = c[1] == "ok";
-        r.v = std::stoull(c[2]);
-        r.vt = std::stoull(c[3]);
-        r.vn = std::stoull(c[4]);
-        r.caras = std::stoull(c[7]);
-        r.maxEsquinas = std::stoull(c[8]);
-        r.triangulado = std::stoull(c[9]);
-        r.materiales = std::stoull(c[10]);
-        std::stringstream m(c[11]);
+        r.ok = c.at("ok") == "ok";
+        r.v = prueba::numeroColumna(c, "vertices");
+        r.vt = prueba::numeroColumna(c, "texcoords");
+        r.vn = prueba::numeroColumna(c, "normals");
+        r.caras = prueba::numeroColumna(c, "total_faces");
+        r.maxEsquinas = prueba::numeroColumna(c, "max_corners");
+        r.triangulado = prueba::numeroColumna(c, "triangles(triangulate=true)");
+        r.materiales = prueba::numeroColumna(c, "materials");
+        std::stringstream m(c.at("map_Kd_per_material"));
+        std::string campo;
         while (std::getline(m, campo, ','))
         {
             r.mapKd.push_back(campo);
         }
-        tabla[c[0]] = r;
+        tabla[c.at("file")] = r;
     }
     return tabla;
 }
