@@ -99,7 +99,7 @@ std::map<std::string, fila_t> tablaReferencia()
     return tabla;
 }
 
-// What the design's reader must give for a model.
+// What our reader must give for a model.
 struct esperado_t
 {
     uint64_t v, vt, vn, triangulos, cuadrilateros, cortadas, menosDeTres = 0, fueraDeRango = 0;
@@ -160,7 +160,7 @@ TEST(ImportaOBJReales, CuentasDeLaTablaConLasReglasDelLector)
                [&] { e.cuadrilateros = e.cortadas = 1; });
         ajusta("rabbit.obj", "6 n-gons of up to 16 corners cut to quads",
                [&] { e.triangulos = 176, e.cuadrilateros = 502, e.cortadas = 6; });
-        // The reference's weak spots: it fails on these, the design's scan reads them.
+        // The reference's weak spots: it fails on these, our scan reads them.
         ajusta("polygonfaces", "'f 1// 2// ...' pentagon: a quad, cut",
                [&] { e = {5, 0, 0, 0, 1, 1, 0, 0, 0, 0}; });
         ajusta("wallhole", "backslash continuation: the first four corners of 13 faces",
