@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <iconv.h>
 
+#include "base/Utf8.h"
+
 namespace
 {
 
@@ -19,28 +21,7 @@ using cad::utf8ADXF;
 std::string utf8(uint32_t c)
 {
     std::string s;
-    if (c < 0x80)
-    {
-        s += static_cast<char>(c);
-    }
-    else if (c < 0x800)
-    {
-        s += static_cast<char>(0xC0 | (c >> 6));
-        s += static_cast<char>(0x80 | (c & 0x3F));
-    }
-    else if (c < 0x10000)
-    {
-        s += static_cast<char>(0xE0 | (c >> 12));
-        s += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        s += static_cast<char>(0x80 | (c & 0x3F));
-    }
-    else
-    {
-        s += static_cast<char>(0xF0 | (c >> 18));
-        s += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        s += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        s += static_cast<char>(0x80 | (c & 0x3F));
-    }
+    cad::anadeUTF8(s, c);
     return s;
 }
 

@@ -418,26 +418,38 @@ std::FILE* ficheroAnonimo(const std::string& ruta, int& error)
     return f;
 }
 
-FicheroLeido::FicheroLeido(const std::string& ruta)
+int abreLecturaRegular(const std::string& ruta, int& error, std::string& mensaje)
 {
-    utf8AUtf16(ruta);
     // Non-blocking, so that a FIFO with no writer is refused instead of waited for.
     const int fd = ::open(ruta.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0)
     {
         error = errno;
-        texto = mensajeErrorFichero(error, ruta, false);
-        return;
+        mensaje = mensajeErrorFichero(error, ruta, false);
+        return -1;
     }
     struct stat st = {};
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode))
     {
         error = S_ISDIR(st.st_mode) ? EISDIR : EINVAL;
-        texto = error == EISDIR ? mensajeErrorFichero(error, ruta, false)
-                                : ruta + " no es un fichero regular";
+        mensaje = error == EISDIR ? mensajeErrorFichero(error, ruta, false)
+                                  : ruta + " no es un fichero regular";
         ::close(fd);
+        return -1;
+    }
+    return fd;
+}
+
+FicheroLeido::FicheroLeido(const std::string& ruta)
+{
+    utf8AUtf16(ruta);
+    const int fd = abreLecturaRegular(ruta, error, texto);
+    if (fd < 0)
+    {
         return;
     }
+    struct stat st = {};
+    ::fstat(fd, &st);
     const auto previsto = static_cast<size_t>(st.st_size);
     bytes = reservaMemoria(previsto > 0 ? previsto : 1);
     // The file may shrink while it is read: what came is what there is.

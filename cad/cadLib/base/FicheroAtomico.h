@@ -96,6 +96,11 @@ std::FILE* ficheroAnonimo(const std::string& ruta, int& error);
 
 // A whole file read into memory. Only regular files are read: a FIFO, a device or a folder
 // is refused at once, without waiting for a writer that may never come.
+// Opens `ruta` for reading if it is a regular file, without waiting on a FIFO that has no
+// writer. -1 otherwise, with `error` (errno; EINVAL for a file that is not regular) and
+// `mensaje` in the user's words. The path is not validated as UTF-8 here.
+int abreLecturaRegular(const std::string& ruta, int& error, std::string& mensaje);
+
 class FicheroLeido
 {
 public:

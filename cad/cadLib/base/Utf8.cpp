@@ -73,6 +73,32 @@ std::u16string utf8AUtf16(const std::string& texto)
     return salida;
 }
 
+void anadeUTF8(std::string& salida, uint32_t cp)
+{
+    if (cp < 0x80)
+    {
+        salida.push_back(static_cast<char>(cp));
+    }
+    else if (cp < 0x800)
+    {
+        salida.push_back(static_cast<char>(0xC0 | (cp >> 6)));
+        salida.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+    }
+    else if (cp < 0x10000)
+    {
+        salida.push_back(static_cast<char>(0xE0 | (cp >> 12)));
+        salida.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
+        salida.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+    }
+    else
+    {
+        salida.push_back(static_cast<char>(0xF0 | (cp >> 18)));
+        salida.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
+        salida.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
+        salida.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+    }
+}
+
 std::string utf16AUtf8(const std::u16string& texto)
 {
     std::string salida;
@@ -90,28 +116,7 @@ std::string utf16AUtf8(const std::u16string& texto)
         {
             cp = 0xFFFD;
         }
-        if (cp < 0x80)
-        {
-            salida.push_back(static_cast<char>(cp));
-        }
-        else if (cp < 0x800)
-        {
-            salida.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-            salida.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-        }
-        else if (cp < 0x10000)
-        {
-            salida.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-            salida.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-            salida.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-        }
-        else
-        {
-            salida.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-            salida.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-            salida.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-            salida.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-        }
+        anadeUTF8(salida, cp);
     }
     return salida;
 }

@@ -221,6 +221,8 @@ public:
     // Parses an OBJ file of fully specified triangles; adds nothing to the drawing. False
     // when the file cannot be opened or a face line is not nine numbers.
     bool importaDocumentoOBJ(const std::string& ruta);
+    // The box of every entity, anew; the caller holds the lock where it needs it.
+    void recalculaExtension();
     void finalizaDocumentoDXF(ExportaDXF& dxf);
 
     // --- snap settings ---------------------------------------------------------------

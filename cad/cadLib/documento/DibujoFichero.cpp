@@ -254,12 +254,7 @@ bool Dibujo::lee(SerializadorLecturaBase& r)
         return false;
     }
     ataReferencias();
-    extension = Rect3<double>();
-    for (size_t i = 0; i < entidades.size(); ++i)
-    {
-        entidades.anticipa(i);
-        extension.une(entidades[i]->extension());
-    }
+    recalculaExtension();
     variables.creaDefectos();
     if (!variables.lee(r) || !vistas.lee(r))
     {
@@ -423,6 +418,16 @@ void Dibujo::ataReferencias()
         {
             estilo->objeto = buscaPorId(deEstilos, estilo->id);
         }
+    }
+}
+
+void Dibujo::recalculaExtension()
+{
+    extension = Rect3<double>();
+    for (size_t i = 0; i < entidades.size(); ++i)
+    {
+        entidades.anticipa(i);
+        extension.une(entidades[i]->extension());
     }
 }
 

@@ -3,43 +3,21 @@
 
 #include <cstdint>
 
+#include "base/Utf8.h"
+#include "intercambio/PaginasCodigos.h"
+
 namespace cad
 {
 
 namespace
 {
 
-// Windows-1252 bytes 0x80 to 0x9F; the five it leaves undefined map to the same code point,
+// Windows-1252 bytes 0x80 to 0xFF; the five it leaves undefined map to the same code point,
 // as Latin-1 does, so that no byte is lost.
-const char16_t kAltos1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-                                 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-void anadeUTF8(std::string& s, uint32_t c)
+const char16_t* altos1252()
 {
-    if (c < 0x80)
-    {
-        s += static_cast<char>(c);
-    }
-    else if (c < 0x800)
-    {
-        s += static_cast<char>(0xC0 | (c >> 6));
-        s += static_cast<char>(0x80 | (c & 0x3F));
-    }
-    else if (c < 0x10000)
-    {
-        s += static_cast<char>(0xE0 | (c >> 12));
-        s += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        s += static_cast<char>(0x80 | (c & 0x3F));
-    }
-    else
-    {
-        s += static_cast<char>(0xF0 | (c >> 18));
-        s += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        s += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        s += static_cast<char>(0x80 | (c & 0x3F));
-    }
+    static const char16_t* const tabla = altosPagina("ANSI_1252");
+    return tabla;
 }
 
 // Decodes one UTF-8 sequence at `i`; its length in `largo`, 0 when the bytes are not a valid,
@@ -107,7 +85,7 @@ int byte1252(uint32_t c)
     }
     for (int k = 0; k < 32; ++k)
     {
-        if (kAltos1252[k] == c)
+        if (altos1252()[k] == c)
         {
             return 0x80 + k;
         }
@@ -272,7 +250,7 @@ std::string dxfAUTF8(std::string_view valor, codificacionDXF codificacion, const
         }
         else
         {
-            anadeUTF8(s, b < 0xA0 ? kAltos1252[b - 0x80] : b);
+            anadeUTF8(s, altos1252()[b - 0x80]);
         }
         ++i;
     }

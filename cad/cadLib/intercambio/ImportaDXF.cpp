@@ -180,11 +180,7 @@ bool Dibujo::importaDocumentoDFX(const std::string& ruta)
         lector.lee(ruta);
     }
     std::lock_guard<std::recursive_mutex> guardia(lock);
-    extension = Rect3<double>();
-    for (const Entidad* e : entidades)
-    {
-        extension.une(e->extension());
-    }
+    recalculaExtension();
     return true;
 }
 

@@ -255,34 +255,27 @@ struct CierraFichero
 };
 using fichero_t = std::unique_ptr<std::FILE, CierraFichero>;
 
-// Regular files only, opened without blocking: a FIFO with no writer is refused at once
-// instead of waited for. `error` takes the errno of a failure.
-fichero_t abre(const std::string& ruta, int& error)
+// Regular files only: a FIFO with no writer is refused at once instead of waited for.
+fichero_t abre(const std::string& ruta, int& error, std::string& mensaje)
 {
     error = 0;
     // A name holding a zero byte would open another file.
     if (ruta.empty() || ruta.find('\0') != std::string::npos)
     {
         error = ENOENT;
+        mensaje = mensajeErrorFichero(error, ruta, false);
         return nullptr;
     }
-    const int fd = ::open(ruta.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int fd = abreLecturaRegular(ruta, error, mensaje);
     if (fd < 0)
     {
-        error = errno;
-        return nullptr;
-    }
-    struct stat st = {};
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode))
-    {
-        error = S_ISDIR(st.st_mode) ? EISDIR : EINVAL;
-        ::close(fd);
         return nullptr;
     }
     std::FILE* f = ::fdopen(fd, "rb");
     if (f == nullptr)
     {
         error = errno;
+        mensaje = mensajeErrorFichero(error, ruta, false);
         ::close(fd);
     }
     return fichero_t(f);
@@ -291,7 +284,8 @@ fichero_t abre(const std::string& ruta, int& error)
 fichero_t abre(const std::string& ruta)
 {
     int error = 0;
-    return abre(ruta, error);
+    std::string mensaje;
+    return abre(ruta, error, mensaje);
 }
 
 // A byte order mark of UTF-16: such a file holds no line the reader would recognise.
@@ -944,14 +938,14 @@ void importaObjTexto(Policara& policara, std::string_view texto, const std::stri
 void Policara::importaObj(const std::string& ruta, Dibujo& dibujo, informeOBJ_t* informe)
 {
     int error = 0;
-    fichero_t f = abre(ruta, error);
+    std::string mensaje;
+    fichero_t f = abre(ruta, error, mensaje);
     if (!f)
     {
         if (informe != nullptr)
         {
             informe->abierto = false;
-            informe->motivo = error == EINVAL ? ruta + " no es un fichero regular"
-                                              : mensajeErrorFichero(error, ruta, false);
+            informe->motivo = mensaje;
         }
         return;
     }
@@ -1143,11 +1137,7 @@ bool Dibujo::importaDocumentoOBJ(const std::string& ruta)
         }
     }
     std::lock_guard<std::recursive_mutex> guardia(lock);
-    extension = Rect3<double>();
-    for (const Entidad* ent : entidades)
-    {
-        extension.une(ent->extension());
-    }
+    recalculaExtension();
     return true;
 }
 

@@ -53,6 +53,15 @@ private:
     int ultimo = -1;
 };
 
+// A line of the report only when something was counted.
+void siHay(std::ostream& s, const char* texto, uint64_t cuenta)
+{
+    if (cuenta != 0)
+    {
+        s << texto << cuenta << "\n";
+    }
+}
+
 void lista(std::ostream& s, const char* titulo, const std::vector<std::string>& nombres)
 {
     if (nombres.empty())
@@ -106,18 +115,9 @@ bool importaDXF(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s
         }
         s << "\n";
     }
-    if (i.verticesSinPolilinea != 0)
-    {
-        s << "Vertices sin polilinea, descartados: " << i.verticesSinPolilinea << "\n";
-    }
-    if (i.polilineasSinFin != 0)
-    {
-        s << "Polilineas sin SEQEND, guardadas como estaban: " << i.polilineasSinFin << "\n";
-    }
-    if (i.capasRechazadas != 0)
-    {
-        s << "Capas con nombre demasiado largo, en la capa actual: " << i.capasRechazadas << "\n";
-    }
+    siHay(s, "Vertices sin polilinea, descartados: ", i.verticesSinPolilinea);
+    siHay(s, "Polilineas sin SEQEND, guardadas como estaban: ", i.polilineasSinFin);
+    siHay(s, "Capas con nombre demasiado largo, en la capa actual: ", i.capasRechazadas);
     return true;
 }
 
@@ -137,34 +137,14 @@ bool importaOBJ(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s
     s << "Vertices: " << i.vertices << ", coordenadas UV: " << i.coordenadasUV
       << ", normales: " << i.normales << "\n";
     s << "Caras: " << i.triangulos << " triangulos, " << i.cuadrilateros << " cuadrilateros\n";
-    if (i.carasCortadas != 0)
-    {
-        s << "Caras de mas de cuatro esquinas, cortadas a las cuatro primeras: " << i.carasCortadas
-          << "\n";
-    }
-    if (i.carasMenosDeTres != 0)
-    {
-        s << "Caras de menos de tres esquinas, descartadas: " << i.carasMenosDeTres << "\n";
-    }
-    if (i.carasFueraDeRango != 0)
-    {
-        s << "Caras con un vertice fuera de rango, descartadas: " << i.carasFueraDeRango << "\n";
-    }
-    if (i.esquinasNegativas != 0)
-    {
-        s << "Esquinas con numero relativo (negativo): " << i.esquinasNegativas << "\n";
-    }
-    if (i.lineasContinuadas != 0)
-    {
-        s << "Lineas que siguen en la siguiente (\\), leidas por separado: " << i.lineasContinuadas
-          << "\n";
-    }
+    siHay(s, "Caras de mas de cuatro esquinas, cortadas a las cuatro primeras: ", i.carasCortadas);
+    siHay(s, "Caras de menos de tres esquinas, descartadas: ", i.carasMenosDeTres);
+    siHay(s, "Caras con un vertice fuera de rango, descartadas: ", i.carasFueraDeRango);
+    siHay(s, "Esquinas con numero relativo (negativo): ", i.esquinasNegativas);
+    siHay(s, "Lineas que siguen en la siguiente (\\), leidas por separado: ", i.lineasContinuadas);
     s << "Normales calculadas: " << i.normalesCalculadas << "\n";
     s << "Materiales creados: " << i.materialesCreados << "\n";
-    if (i.usemtlDesconocidos != 0)
-    {
-        s << "usemtl de materiales desconocidos: " << i.usemtlDesconocidos << "\n";
-    }
+    siHay(s, "usemtl de materiales desconocidos: ", i.usemtlDesconocidos);
     lista(s, "Bibliotecas", i.bibliotecas);
     lista(s, "Bibliotecas que faltan", i.bibliotecasQueFaltan);
     lista(s, "Texturas", i.texturas);
