@@ -16,7 +16,20 @@ cmake -S cad/hosts/tarvelo -B build/tarvelo -G Ninja -DCMAKE_BUILD_TYPE=RelWithD
     -DCMAKE_PREFIX_PATH="$prefijo" >/dev/null
 cmake --build build/tarvelo >/dev/null
 
+if [ "${1:-}" = visor ]; then
+    # The desktop viewer, built against the same installed package.
+    cmake -S cad/hosts/visor -B build/visor -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DCMAKE_PREFIX_PATH="$prefijo" >/dev/null
+    cmake --build build/visor >/dev/null
+    shift
+    exec build/visor/tarvelo-visor "$@"
+fi
 if [ $# -eq 0 ]; then
     set -- demo
+fi
+if [ "$*" = demo ]; then
+    # The demo's drawing, rendered beside its files; the first failure ends the job.
+    build/tarvelo/tarvelo demo
+    exec build/tarvelo/tarvelo dibuja salida/demo.cad salida/demo.png --vista iso
 fi
 exec build/tarvelo/tarvelo "$@"

@@ -33,6 +33,29 @@ foreach(esperado "Capas" "Materiales" "Estilos de texto" "Variables")
     endif()
 endforeach()
 
+# The demo's drawing rendered headless: a PNG of the size asked for, with more in it than a
+# flat background; a drawing that can't be read fails and writes nothing.
+execute_process(COMMAND "${TRABAJO}/host/tarvelo" dibuja salida/demo.cad salida/demo.png
+    --vista iso --tamano 800x600
+    WORKING_DIRECTORY "${TRABAJO}" RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+message("${s}${e}")
+if(NOT r EQUAL 0 OR NOT s MATCHES "^PNG escrito en salida/demo.png \\(800x600, ")
+    message(FATAL_ERROR "tarvelo dibuja of the demo failed: ${r}\n${s}${e}")
+endif()
+if(NOT EXISTS "${TRABAJO}/salida/demo.png")
+    message(FATAL_ERROR "tarvelo dibuja wrote no salida/demo.png")
+endif()
+file(SIZE "${TRABAJO}/salida/demo.png" tamanoPNG)
+if(NOT tamanoPNG GREATER 10240)
+    message(FATAL_ERROR "the demo's PNG has only ${tamanoPNG} bytes")
+endif()
+execute_process(COMMAND "${TRABAJO}/host/tarvelo" dibuja no-existe.cad salida/no-existe.png
+    WORKING_DIRECTORY "${TRABAJO}" RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+if(r EQUAL 0 OR EXISTS "${TRABAJO}/salida/no-existe.png"
+        OR NOT e MATCHES "tarvelo: no se pudo leer el dibujo: no existe el fichero no-existe.cad")
+    message(FATAL_ERROR "tarvelo dibuja of a missing drawing gave ${r}:\n${s}${e}")
+endif()
+
 # An outside program that includes only cadLib.h and makes every entity kind, a mesh and a DXF.
 execute_process(COMMAND ${CMAKE_COMMAND} -S "${FUENTE}/tests/paquete/programa"
     -B "${TRABAJO}/programa" -G "${GENERADOR}" "-DCMAKE_PREFIX_PATH=${TRABAJO}/prefijo"

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <ostream>
 #include <string>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "Fendrix/Fendrix.h"
+#include "Imagen.h"
 #include "PantallaReferencia.h"
 #include "base/Color.h"
 #include "documento/Dibujo.h"
@@ -72,19 +74,22 @@ cad::Policara* construyeFachada(int16_t material)
         p->esquinas.push_back(e);
     };
     p->triangulos.push_back(static_cast<int32_t>(p->esquinas.size()));
-    esquina(3, 0.0, 0.0, 0, -1);
-    esquina(2, 1.0, 0.0, 0, -1);
-    esquina(6, 0.5, 0.5, 0, -1);
+    esquina(3, 0.0, 0.95, 0, -1);
+    esquina(2, 1.0, 0.95, 0, -1);
+    esquina(6, 0.5, 1.0, 0, -1);
     p->cuadrilateros.push_back(static_cast<int32_t>(p->esquinas.size()));
-    esquina(0, 0.0, 1.0, 0, -1);
-    esquina(1, 1.0, 1.0, 0, -1);
-    esquina(2, 1.0, 0.0, 0, -1);
-    esquina(3, 0.0, 0.0, 0, -1);
+    esquina(0, 0.0, 0.0, 0, -1);
+    esquina(1, 1.0, 0.0, 0, -1);
+    esquina(2, 1.0, 1.0, 0, -1);
+    esquina(3, 0.0, 1.0, 0, -1);
     p->cuadrilateros.push_back(static_cast<int32_t>(p->esquinas.size()));
-    esquina(1, 0.0, 1.0, 1, 0);
-    esquina(4, 1.0, 1.0, 1, 0);
-    esquina(5, 1.0, 0.0, 1, 0);
-    esquina(2, 0.0, 0.0, 1, 0);
+    esquina(1, 0.0, 0.0, 1, 0);
+    esquina(4, 1.0, 0.0, 1, 0);
+    esquina(5, 1.0, 1.0, 1, 0);
+    esquina(2, 0.0, 1.0, 1, 0);
+    // One material stretch from the start, as the OBJ importer marks it: the facade then
+    // paints with its texture.
+    p->cambiosMaterial = {0, 0};
     return p;
 }
 
@@ -140,6 +145,46 @@ void construyeModelos(WrapDibujoCAD& dibujo)
 
 }  // namespace
 
+bool escribeImagenesDemo(const std::string& carpeta, std::string& error)
+{
+    // A plastered facade of 256 by 256 pixels: three rows of four windows, a door, and a
+    // darker plinth, so that a render shows at once whether the texture sits the right way up.
+    cad::imagen_t im;
+    im.ancho = 256;
+    im.alto = 256;
+    im.rgba.resize(256 * 256 * 4);
+    for (int y = 0; y < 256; ++y)
+    {
+        for (int x = 0; x < 256; ++x)
+        {
+            uint32_t c = 0xD8C8A8;  // plaster
+            const int cx = x % 64;
+            const int fila = y / 64;
+            if (y >= 224)
+            {
+                c = 0x8A7A6A;  // plinth
+            }
+            else if (fila < 3 && cx >= 18 && cx < 46 && y % 64 >= 14 && y % 64 < 50)
+            {
+                c = (cx == 31 || cx == 32 || y % 64 == 31) ? 0xF0F0F0 : 0x30506E;  // window
+            }
+            else if (fila == 3 && x >= 112 && x < 144 && y >= 176)
+            {
+                c = 0x6A3A20;  // door
+            }
+            const size_t i = (static_cast<size_t>(y) * 256 + x) * 4;
+            im.rgba[i] = static_cast<uint8_t>(c >> 16);
+            im.rgba[i + 1] = static_cast<uint8_t>(c >> 8);
+            im.rgba[i + 2] = static_cast<uint8_t>(c);
+            im.rgba[i + 3] = 255;
+        }
+    }
+    std::error_code ec;
+    std::filesystem::create_directories(std::filesystem::path(carpeta) / "texturas", ec);
+    return cad::guardaPNG((std::filesystem::path(carpeta) / "texturas" / "fachada.png").string(),
+                          im, error);
+}
+
 void construyeDemo(WrapDibujoCAD& dibujo)
 {
     dibujo.nuevoDocumento();
@@ -166,7 +211,7 @@ void construyeDemo(WrapDibujoCAD& dibujo)
     // Materials: a plain one, a shiny one and a textured one.
     dibujo.nuevoMaterial(101, 0xFF808080U, 0.25);
     dibujo.nuevoMaterial(102, 0xFF2040C0U, 0.9);
-    dibujo.nuevoMaterial(103, "texturas/fachada.jpg");
+    dibujo.nuevoMaterial(103, "texturas/fachada.png");
 
     dibujo.nuevoEstiloTexto("Rotulos", "Sans", 12, false);
     dibujo.nuevoEstiloTexto("Cotas", "Mono", 8, true);

@@ -207,11 +207,31 @@ struct PasoInstalado
 }  // namespace
 
 Sesion::Sesion(std::istream& entrada_, std::ostream& salida_, opciones_t opciones_)
-    : entrada(entrada_), salida(salida_), opciones(opciones_), dibujo(nullptr, nullptr)
+    : Sesion(std::make_unique<cad::PantallaReferencia>(), nullptr, salida_, opciones_)
 {
-    // Nothing reads the call record, which would otherwise grow with every repaint.
-    pantalla.grabando = false;
-    pantalla.setTamano(kAncho, kAlto);
+    entrada = &entrada_;
+}
+
+Sesion::Sesion(cad::PantallaReferencia& pantalla_, std::ostream& salida_, opciones_t opciones_)
+    : Sesion(nullptr, &pantalla_, salida_, opciones_)
+{
+}
+
+Sesion::Sesion(std::unique_ptr<cad::PantallaReferencia> propia_, cad::PantallaReferencia* ajena,
+               std::ostream& salida_, opciones_t opciones_)
+    : salida(salida_),
+      opciones(opciones_),
+      propia(std::move(propia_)),
+      pantalla(ajena != nullptr ? *ajena : *propia),
+      camaraFija(ajena == nullptr),
+      dibujo(nullptr, nullptr)
+{
+    if (camaraFija)
+    {
+        // Nothing reads the call record, which would otherwise grow with every repaint.
+        pantalla.grabando = false;
+        pantalla.setTamano(kAncho, kAlto);
+    }
     envoltorio.setPantalla(&pantalla);
     dibujo.setSalidaTexto(
         [this](const std::string& texto)
@@ -248,7 +268,7 @@ int Sesion::ejecuta()
         salida << "Se descartan los cambios sin guardar\n";
     }
     salida << std::flush;
-    return fallada && opciones.detieneAlFallar ? 1 : 0;
+    return codigo();
 }
 
 // ---------------------------------------------------------------------------------------
@@ -256,22 +276,9 @@ int Sesion::ejecuta()
 
 void Sesion::paso()
 {
-    cad::ColaMensajes& cola = cad::ColaMensajes::delHilo();
     if (terminando)
     {
-        if (!dibujo.dentroComandoInteractivo() && profundidad == 0)
-        {
-            salir = true;
-            return;
-        }
-        if (++cancelacionesAlTerminar > kMaximoCancelaciones)
-        {
-            salida << std::flush;
-            std::cerr << "tarvelo: la orden en curso no atiende la cancelación\n";
-            std::_Exit(3);
-        }
-        ultimaRespuesta = respuesta_e::kCancela;
-        cola.publica([this]() { dibujo.cancelaComando(); });
+        pasoAlTerminar();
         return;
     }
     // The display keeps every prompt it is shown; the session has printed them already.
@@ -286,7 +293,60 @@ void Sesion::paso()
         terminando = true;
         return;
     }
+    cad::ColaMensajes::delHilo().publica([this, linea]() { atiende(linea); });
+}
+
+bool Sesion::pasoAlTerminar()
+{
+    if (!dibujo.dentroComandoInteractivo() && profundidad == 0)
+    {
+        salir = true;
+        return true;
+    }
+    if (++cancelacionesAlTerminar > kMaximoCancelaciones)
+    {
+        salida << std::flush;
+        std::cerr << "tarvelo: la orden en curso no atiende la cancelación\n";
+        std::_Exit(3);
+    }
+    ultimaRespuesta = respuesta_e::kCancela;
+    cad::ColaMensajes::delHilo().publica([this]() { dibujo.cancelaComando(); });
+    return false;
+}
+
+void Sesion::entraLinea(const std::string& texto)
+{
+    pantalla.textos.clear();
+    std::string linea = texto;
+    if (terminando || !admiteLinea(linea))
+    {
+        return;
+    }
+    cad::ColaMensajes& cola = cad::ColaMensajes::delHilo();
     cola.publica([this, linea]() { atiende(linea); });
+    if (profundidad == 0)
+    {
+        cola.ejecutaPendientes();
+    }
+}
+
+void Sesion::ejecutaOrden(const std::vector<std::string>& palabras)
+{
+    std::string texto;
+    for (const std::string& p : palabras)
+    {
+        texto += (texto.empty() ? "" : " ") + p;
+    }
+    if (opciones.eco)
+    {
+        salida << marcador() << ' ' << texto << '\n';
+    }
+    const bool enEspera = dibujo.dentroComandoInteractivo();
+    ejecutaPalabras(palabras, enEspera);
+    if (enEspera)
+    {
+        ultimaRespuesta = respuesta_e::kOrden;
+    }
 }
 
 bool Sesion::leeLinea(std::string& linea)
@@ -297,36 +357,44 @@ bool Sesion::leeLinea(std::string& linea)
         {
             salida << marcador() << ' ' << std::flush;
         }
-        if (!std::getline(entrada, linea))
+        if (!std::getline(*entrada, linea))
         {
             return false;
         }
-        ++numeroLinea;
-        linea = recorta(linea);
-        if (!linea.empty() && linea[0] == '#')
+        if (admiteLinea(linea))
         {
-            if (opciones.eco)
-            {
-                salida << linea << '\n';
-            }
-            continue;
+            return true;
         }
-        // Enter means something only to a command that waits; a transcript keeps the blank
-        // line that separates a script's parts.
-        if (linea.empty() && !dibujo.dentroComandoInteractivo())
-        {
-            if (opciones.eco)
-            {
-                salida << '\n';
-            }
-            continue;
-        }
+    }
+}
+
+bool Sesion::admiteLinea(std::string& linea)
+{
+    ++numeroLinea;
+    linea = recorta(linea);
+    if (!linea.empty() && linea[0] == '#')
+    {
         if (opciones.eco)
         {
-            salida << marcador() << (linea.empty() ? "" : " " + linea) << '\n';
+            salida << linea << '\n';
         }
-        return true;
+        return false;
     }
+    // Enter means something only to a command that waits; a transcript keeps the blank
+    // line that separates a script's parts.
+    if (linea.empty() && !dibujo.dentroComandoInteractivo())
+    {
+        if (opciones.eco)
+        {
+            salida << '\n';
+        }
+        return false;
+    }
+    if (opciones.eco)
+    {
+        salida << marcador() << (linea.empty() ? "" : " " + linea) << '\n';
+    }
+    return true;
 }
 
 std::string Sesion::marcador()
@@ -416,7 +484,11 @@ void Sesion::atiendeEnEspera(const std::string& linea)
 
 void Sesion::ejecutaOrden(const std::string& texto, bool desdeEspera)
 {
-    const std::vector<std::string> palabras = divide(texto);
+    ejecutaPalabras(divide(texto), desdeEspera);
+}
+
+void Sesion::ejecutaPalabras(const std::vector<std::string>& palabras, bool desdeEspera)
+{
     if (palabras.empty())
     {
         salida << "Falta el nombre de la orden\n";
@@ -483,10 +555,10 @@ bool Sesion::leeClic(const std::vector<std::string>& palabras, int& x, int& y)
         salida << "Uso: clic X Y (un pixel de la vista, y hacia arriba)\n";
         return false;
     }
-    if (lx < 0 || lx >= kAncho || ly < 0 || ly >= kAlto)
+    if (lx < 0 || lx >= pantalla.ancho || ly < 0 || ly >= pantalla.alto)
     {
-        salida << "clic: el pixel (" << lx << "," << ly << ") cae fuera de la vista de " << kAncho
-               << "x" << kAlto << '\n';
+        salida << "clic: el pixel (" << lx << "," << ly << ") cae fuera de la vista de "
+               << pantalla.ancho << "x" << pantalla.alto << '\n';
         return false;
     }
     x = static_cast<int>(lx);
@@ -519,6 +591,14 @@ void Sesion::repinta()
 
 void Sesion::fijaCamara()
 {
+    if (!camaraFija)
+    {
+        if (alCambiarDibujo)
+        {
+            alCambiarDibujo();
+        }
+        return;
+    }
     pantalla.setCamara(cad::Punto3<double>(kAncho / 2.0, kAlto / 2.0, 100.0),
                        cad::Punto3<double>(kAncho / 2.0, kAlto / 2.0, 0.0),
                        cad::Vector3D<double>(0, 1, 0), 1.0, 0.0);
@@ -917,8 +997,9 @@ bool Sesion::ordenAyuda()
     salida << "Con una orden en curso, cada línea responde a su petición: X,Y[,Z], un número,\n"
               "una opción, o vacía para Intro; esc la cancela. clic X Y pulsa el pixel (X, Y)\n"
               "de la vista de "
-           << kAncho << "x" << kAlto
-           << ", que muestra el punto (X, Y, 0); sin orden en curso,\n"
+           << pantalla.ancho << "x" << pantalla.alto
+           << (camaraFija ? ", que muestra el punto (X, Y, 0)" : ", y hacia arriba")
+           << "; sin orden en curso,\n"
               "selecciona la entidad que hay bajo él.\n";
     return true;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,18 +16,21 @@
 namespace tarvelo
 {
 
-// One drawing, its editor and a reference display whose pixel (x, y) shows drawing point
-// (x, y, 0): 800 by 600 pixels seen from above, one pixel per drawing unit, whatever drawing
-// is open.
+// One drawing, its editor and a display. The session's own display has a fixed camera whose
+// pixel (x, y) shows drawing point (x, y, 0): 800 by 600 pixels seen from above, one pixel
+// per drawing unit, whatever drawing is open. A host with a display of its own (the viewer)
+// gives it instead and keeps moving its camera; clicks then name that display's pixels.
 //
-// Input comes one line per step of the thread's message queue: the session installs the
-// queue's external step, which reads a line and posts its handling as a message. With no
-// command running a line names an order. While a command of the editor waits, the kernel
-// pumps the same queue from inside the command, so the next line answers its prompt; a line
-// "/nombre" runs an order from inside the wait (an interactive one displaces the command
-// that waits), "esc" cancels and "clic X Y" clicks a pixel.
+// Input comes one line per step of the thread's message queue. Read from a stream, the
+// session installs the queue's external step, which reads a line and posts its handling as
+// a message (ejecuta). A host with an event loop of its own calls entraLinea instead and
+// sets the external step to one blocking step of its loop. With no command running a line
+// names an order. While a command of the editor waits, the kernel pumps the same queue from
+// inside the command, so the next line answers its prompt; a line "/nombre" runs an order
+// from inside the wait (an interactive one displaces the command that waits), "esc"
+// cancels and "clic X Y" clicks a pixel.
 //
-// Not thread-safe: everything runs on the thread that calls ejecuta.
+// Not thread-safe: everything runs on the thread that calls ejecuta or entraLinea.
 class Sesion
 {
 public:
@@ -40,7 +44,11 @@ public:
         bool detieneAlFallar = false;
     };
 
+    // Lines read from `entrada`, over the session's own display with its fixed camera.
     Sesion(std::istream& entrada, std::ostream& salida, opciones_t opciones);
+    // Lines given through entraLinea, over the host's display, whose camera the session
+    // leaves alone.
+    Sesion(cad::PantallaReferencia& pantalla, std::ostream& salida, opciones_t opciones);
     ~Sesion();
     Sesion(const Sesion&) = delete;
     Sesion& operator=(const Sesion&) = delete;
@@ -54,6 +62,33 @@ public:
     // still waits is cancelled first. Returns 0, or 1 when an order failed under
     // detieneAlFallar. Installs the queue's external step for the run and removes it after.
     int ejecuta();
+
+    // A line typed by the user, handled as ejecuta handles a line read: echoed after the
+    // marker under `eco`, then posted to the thread's queue. With no order running nothing
+    // pumps the queue, so the line runs here, and an order it starts returns only when done.
+    void entraLinea(const std::string& linea);
+    // An order given as its words (a path with blanks stays one argument), run at once: as
+    // "/nombre" when a command waits.
+    void ejecutaOrden(const std::vector<std::string>& palabras);
+    // While the session ends: cancels the command that waits, one per call, as a message.
+    // True when nothing runs any more.
+    bool pasoAlTerminar();
+    // Starts the way out, as `sal` repeated does.
+    void termina() { terminando = true; }
+    bool terminada() const { return terminando; }
+    // An order is running (and, when it waits, pumping the queue).
+    bool ocupada() const { return profundidad > 0; }
+    // The exit code ejecuta would give.
+    int codigo() const { return fallada && opciones.detieneAlFallar ? 1 : 0; }
+    // The "[Opcion/Opcion]>" or ">" that the next line answers.
+    std::string marcador();
+    // The drawing file `guarda` writes by default; empty for a new drawing.
+    const std::string& fichero() const { return ficheroActual; }
+    Fendrix::WrapDibujoCAD& fachada() { return dibujo; }
+    Fendrix::WrapPantallaCAD& dispositivo() { return envoltorio; }
+    // Called after another drawing replaced the open one (abre, nuevo), for a host that
+    // places its own camera.
+    std::function<void()> alCambiarDibujo;
 
 private:
     // What the last line given to a waiting command was; a wait of the facade ends with
@@ -79,17 +114,22 @@ private:
         std::function<bool(const std::vector<std::string>&)> ejecuta;
     };
 
+    Sesion(std::unique_ptr<cad::PantallaReferencia> propia, cad::PantallaReferencia* ajena,
+           std::ostream& salida, opciones_t opciones);
+
     // The queue's external step: reads one line and posts it.
     void paso();
     // The next line, trimmed; false at the end of the input. Comments (echoed) and empty
     // lines with no command waiting are skipped here.
     bool leeLinea(std::string& linea);
-    // "[Opcion/Opcion]>" while the prompt that shows has options, else ">".
-    std::string marcador();
+    // Counts and trims a line and echoes it; false for a line that asks nothing (a
+    // comment, or Enter with no command waiting).
+    bool admiteLinea(std::string& linea);
     void atiende(const std::string& linea);
     void atiendeEnEspera(const std::string& linea);
     // Runs an order line; `desdeEspera` when it came as "/nombre" inside a wait.
     void ejecutaOrden(const std::string& texto, bool desdeEspera);
+    void ejecutaPalabras(const std::vector<std::string>& palabras, bool desdeEspera);
     // Parses "clic X Y"; false, after writing why, for anything else.
     bool leeClic(const std::vector<std::string>& palabras, int& x, int& y);
     // Marks the session failed; under detieneAlFallar it also starts the way out.
@@ -99,7 +139,8 @@ private:
     // the click about to be delivered picks and snaps what is there now. Only clicks need
     // the display's scene: a repaint per input line made typing N points cost N^2.
     void repinta();
-    // Places the fixed camera and keeps it as the drawing's view.
+    // Places the fixed camera and keeps it as the drawing's view; with the host's display,
+    // tells the host instead.
     void fijaCamara();
     // A fresh editor, with an empty undo history, over the display.
     void reiniciaEditor();
@@ -128,12 +169,15 @@ private:
     // A click with no command running: selects the entity under the pixel.
     bool clicSinOrden(int x, int y);
 
-    std::istream& entrada;
+    std::istream* entrada = nullptr;  // null when the host gives the lines
     std::ostream& salida;
     opciones_t opciones;
 
-    // The display outlives the drawing's editor, which refers to it.
-    cad::PantallaReferencia pantalla;
+    // The display outlives the drawing's editor, which refers to it. `propia` is the
+    // session's own, made when the host gives none.
+    std::unique_ptr<cad::PantallaReferencia> propia;
+    cad::PantallaReferencia& pantalla;
+    const bool camaraFija;
     Fendrix::WrapPantallaCAD envoltorio;
     Fendrix::WrapDibujoCAD dibujo;
 

@@ -5,10 +5,12 @@
 #include <iostream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include <unistd.h>
 
 #include "Demo.h"
+#include "Dibuja.h"
 #include "Fendrix/Fendrix.h"
 #include "Importa.h"
 #include "Sesion.h"
@@ -22,9 +24,16 @@ int uso()
     std::cerr << "uso: tarvelo ORDEN [ARGUMENTOS]\n"
                  "  demo                      construye un dibujo de ejemplo, lo guarda en\n"
                  "                            salida/demo.cad, lo relee y compara, y escribe\n"
-                 "                            salida/demo.dxf\n"
+                 "                            salida/demo.dxf y la textura de la fachada\n"
                  "  info FICHERO.cad          capas, entidades por tipo y extension\n"
                  "  dxf FICHERO.cad SALIDA.dxf  exporta un dibujo a DXF\n"
+                 "  dibuja FICHERO.cad SALIDA.png [--vista planta|iso|NOMBRE]\n"
+                 "        [--tamano 1600x1200] [--modo 0..5]  dibuja el dibujo con OpenGL,\n"
+                 "                            sin ventana, y lo guarda como PNG; por defecto\n"
+                 "                            visto en planta y encuadrado entero; el modo es\n"
+                 "                            la representacion de los modelos (0 alambrica,\n"
+                 "                            1 conceptual, 2 oculto, 3 realista, 4 rayos X,\n"
+                 "                            5 texturas)\n"
                  "  importa FICHERO.dxf|FICHERO.obj [SALIDA.cad]  lee el fichero en el\n"
                  "                            dibujo SALIDA.cad (nuevo si no existe; por\n"
                  "                            defecto, el nombre de la entrada), cuenta lo\n"
@@ -102,6 +111,12 @@ int demo()
     {
         return 1;
     }
+    // The facade's texture, which the drawing names relative to its folder.
+    if (!tarvelo::escribeImagenesDemo("salida", mensaje))
+    {
+        std::cerr << "tarvelo: no se pudo escribir la textura del ejemplo: " << mensaje << "\n";
+        return 1;
+    }
     std::cout << "\nGuardado en " << cad << " y releido:\n";
     const int diferencias = tarvelo::comparaDibujos(dibujo, releido, std::cout);
     std::cout << (diferencias == 0 ? "  sin diferencias\n" : "");
@@ -152,6 +167,11 @@ int ejecuta(int argc, char** argv)
             std::cerr << "tarvelo: aviso: " << aviso << "\n";
         }
         return exporta(dibujo, argv[3]) ? 0 : 1;
+    }
+    if (orden == "dibuja" && argc >= 4)
+    {
+        return tarvelo::dibuja(std::vector<std::string>(argv + 2, argv + argc), std::cout,
+                               std::cerr);
     }
     if (orden == "importa" && (argc == 3 || argc == 4))
     {
