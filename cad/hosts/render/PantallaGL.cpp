@@ -1030,16 +1030,30 @@ void Constructor::textos(const primitiva_t& pr, uint32_t id)
     {
         return;
     }
-    cuadros.clear();
-    const double ancho = letras->compone(pr.texto, cuadros);
-    if (cuadros.empty())
+    // Lines break at "\n" (a "\r" before it goes too), 1.6 heights apart. Bottom alignment
+    // puts the last line's baseline on the point, top the first line's capitals under it,
+    // middle the block's centre on it.
+    std::vector<std::string> lineas(1);
+    for (const char ch : pr.texto)
     {
-        return;
+        if (ch == '\n')
+        {
+            if (!lineas.back().empty() && lineas.back().back() == '\r')
+            {
+                lineas.back().pop_back();
+            }
+            lineas.emplace_back();
+        }
+        else
+        {
+            lineas.back().push_back(ch);
+        }
     }
+    const double interlineado = 1.6;
+    const double bloque = static_cast<double>(lineas.size() - 1) * interlineado;
     const int h = pr.alineacion & 3;
     const int vert = pr.alineacion & 12;
-    const double dx = h == 1 ? -0.5 * ancho : (h == 2 ? -ancho : 0.0);
-    const double dy = vert == 4 ? -0.5 : (vert == 8 ? -1.0 : 0.0);
+    const double dy0 = vert == 4 ? 0.5 * bloque - 0.5 : (vert == 8 ? -1.0 : bloque);
     const double a = pr.altura;
     const double r = std::isfinite(pr.rotacion) ? pr.rotacion : 0.0;
     const double co = std::cos(r), si = std::sin(r);
@@ -1047,30 +1061,37 @@ void Constructor::textos(const primitiva_t& pr, uint32_t id)
     c.forma = 3;
     loteCPU_t& l = lote(c);
     const uint32_t color = opaco(pr.color);
-    auto esquina = [&](double ex, double ey, float u, float v)
+    for (size_t k = 0; k < lineas.size(); ++k)
     {
-        const double x = (ex + dx) * a, y = (ey + dy) * a;
-        const Punto3<double> q(p.x + x * co - y * si, p.y + x * si + y * co, p.z);
-        verticeCara_t w{};
-        relativo(l, q, w.x, w.y, w.z);
-        w.color = color;
-        w.id = id;
-        w.nz = 1.0F;
-        w.u = u;
-        w.v = v;
-        l.caras.push_back(w);
-        amplia(q);
-    };
-    for (const cuadroGlifo_t& g : cuadros)
-    {
-        const auto base = static_cast<uint32_t>(l.caras.size());
-        esquina(g.x0, g.y0, g.u0, g.v1);
-        esquina(g.x1, g.y0, g.u1, g.v1);
-        esquina(g.x1, g.y1, g.u1, g.v0);
-        esquina(g.x0, g.y1, g.u0, g.v0);
-        for (const uint32_t k : {0U, 1U, 2U, 0U, 2U, 3U})
+        cuadros.clear();
+        const double ancho = letras->compone(lineas[k], cuadros);
+        const double dx = h == 1 ? -0.5 * ancho : (h == 2 ? -ancho : 0.0);
+        const double dy = dy0 - static_cast<double>(k) * interlineado;
+        auto esquina = [&](double ex, double ey, float u, float v)
         {
-            l.indices.push_back(base + k);
+            const double x = (ex + dx) * a, y = (ey + dy) * a;
+            const Punto3<double> q(p.x + x * co - y * si, p.y + x * si + y * co, p.z);
+            verticeCara_t w{};
+            relativo(l, q, w.x, w.y, w.z);
+            w.color = color;
+            w.id = id;
+            w.nz = 1.0F;
+            w.u = u;
+            w.v = v;
+            l.caras.push_back(w);
+            amplia(q);
+        };
+        for (const cuadroGlifo_t& g : cuadros)
+        {
+            const auto base = static_cast<uint32_t>(l.caras.size());
+            esquina(g.x0, g.y0, g.u0, g.v1);
+            esquina(g.x1, g.y0, g.u1, g.v1);
+            esquina(g.x1, g.y1, g.u1, g.v0);
+            esquina(g.x0, g.y1, g.u0, g.v0);
+            for (const uint32_t q : {0U, 1U, 2U, 0U, 2U, 3U})
+            {
+                l.indices.push_back(base + q);
+            }
         }
     }
 }

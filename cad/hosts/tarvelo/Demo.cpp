@@ -140,7 +140,7 @@ void construyeModelos(WrapDibujoCAD& dibujo)
     dibujo.nuevaTomaCamara(431235.0, 4581320.0, 640.0, 0.02, -0.01, 0.5, 0.035, 6000, 4000,
                            "DSC_0413.JPG", "fotos/DSC_0413.JPG", 0, 24.0);
     dibujo.nuevaFoto360(431230.0, 4581318.0, 613.6, 3.0, 24, 12, 0.0, 0.0, 0.3,
-                        "fotos/esferica_001.jpg");
+                        "fotos/esferica_001.png");
 }
 
 }  // namespace
@@ -180,9 +180,51 @@ bool escribeImagenesDemo(const std::string& carpeta, std::string& error)
         }
     }
     std::error_code ec;
-    std::filesystem::create_directories(std::filesystem::path(carpeta) / "texturas", ec);
-    return cad::guardaPNG((std::filesystem::path(carpeta) / "texturas" / "fachada.png").string(),
-                          im, error);
+    const std::filesystem::path base(carpeta);
+    std::filesystem::create_directories(base / "texturas", ec);
+    std::filesystem::create_directories(base / "fotos", ec);
+    if (!cad::guardaPNG((base / "texturas" / "fachada.png").string(), im, error))
+    {
+        return false;
+    }
+    // The 360 photo, equirectangular: sky fading to white at the horizon, ground below it,
+    // and a red post every 90 degrees so that its turn can be read.
+    cad::imagen_t foto;
+    foto.ancho = 512;
+    foto.alto = 256;
+    foto.rgba.resize(512 * 256 * 4);
+    for (int y = 0; y < 256; ++y)
+    {
+        for (int x = 0; x < 512; ++x)
+        {
+            const double t = y / 255.0;
+            uint8_t r = 0, g = 0, b = 0;
+            if (t < 0.5)
+            {
+                r = static_cast<uint8_t>(70 + 370 * t);
+                g = static_cast<uint8_t>(130 + 230 * t);
+                b = static_cast<uint8_t>(220 + 60 * t);
+            }
+            else
+            {
+                r = static_cast<uint8_t>(150 - 80 * (t - 0.5));
+                g = static_cast<uint8_t>(125 - 60 * (t - 0.5));
+                b = static_cast<uint8_t>(90 - 40 * (t - 0.5));
+            }
+            if (x % 128 < 6 && y > 96 && y < 150)
+            {
+                r = 200;
+                g = 30;
+                b = 30;
+            }
+            const size_t i = (static_cast<size_t>(y) * 512 + x) * 4;
+            foto.rgba[i] = r;
+            foto.rgba[i + 1] = g;
+            foto.rgba[i + 2] = b;
+            foto.rgba[i + 3] = 255;
+        }
+    }
+    return cad::guardaPNG((base / "fotos" / "esferica_001.png").string(), foto, error);
 }
 
 void construyeDemo(WrapDibujoCAD& dibujo)
@@ -261,7 +303,10 @@ void construyeDemo(WrapDibujoCAD& dibujo)
     construyeModelos(dibujo);
     dibujo.capaActual("Topografia");
 
-    dibujo.zoomExtension(1.1);
+    // The view fits the drawing's extent. The kernel's own zoom to extents also takes in the
+    // empty boxes that solids report, which stand at the origin, far from the site.
+    pantalla.zoomExtension(d.extension);
+    pantalla.zoomEscala(1.0 / 1.1);
     dibujo.guardaVistaActual("Planta");
     dibujo.setPantalla(nullptr);
 }
