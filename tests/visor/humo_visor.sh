@@ -14,11 +14,16 @@ fi
 carpeta=$(mktemp -d)
 trap 'rm -rf "$carpeta"' EXIT
 
-cat >"$carpeta/guion.txt" <<FIN
-# With the view at 800x600, pixel (X, Y) of a new drawing shows point (X, Y, 0).
+# The first run makes the drawing: a point, saved with the view of a new drawing, where at
+# 800x600 pixel (X, Y) shows point (X, Y, 0).
+cat >"$carpeta/punto.txt" <<FIN
 punto
 100,50
 
+guarda $carpeta/punto.cad
+FIN
+# The second opens it and draws a line by two clicks, the second snapped onto the point.
+cat >"$carpeta/guion.txt" <<FIN
 referencia on 8
 linea
 clic 300 200
@@ -27,23 +32,35 @@ clic 103 52
 guarda $carpeta/dibujo.cad
 FIN
 
-# The window's own screenshot is taken after the script, before --sal quits.
-codigo=0
-timeout 120 xvfb-run -a -s "-screen 0 1600x1200x24" "$visor" --tamano 800x600 \
-    --guion "$carpeta/guion.txt" --captura "$carpeta/ventana.png" --sal \
-    >"$carpeta/salida.txt" 2>"$carpeta/errores.txt" || codigo=$?
-if [ "$codigo" -ne 0 ]; then
-    echo "humo_visor: el visor terminó con código $codigo"
-    cat "$carpeta/salida.txt" "$carpeta/errores.txt"
-    exit 1
-fi
-for esperado in "1 punto creado" "1 línea creada" "Dibujo guardado en $carpeta/dibujo.cad (2 entidades)"; do
-    if ! grep -qxF "$esperado" "$carpeta/salida.txt"; then
-        echo "humo_visor: falta \"$esperado\" en la salida:"
-        cat "$carpeta/salida.txt"
+# Runs the viewer on a script under a virtual X server; the window's own screenshot is
+# taken after the script, before --sal quits. Checks the lines the output must hold.
+ejecuta() {
+    local guion=$1
+    shift
+    local codigo=0
+    timeout 120 xvfb-run -a -s "-screen 0 1600x1200x24" "$visor" --tamano 800x600 \
+        --guion "$carpeta/$guion.txt" --captura "$carpeta/ventana.png" --sal "$@" \
+        >"$carpeta/salida.txt" 2>"$carpeta/errores.txt" || codigo=$?
+    if [ "$codigo" -ne 0 ]; then
+        echo "humo_visor: el visor terminó con código $codigo en $guion"
+        cat "$carpeta/salida.txt" "$carpeta/errores.txt"
         exit 1
     fi
-done
+}
+esperado() {
+    for linea in "$@"; do
+        if ! grep -qxF "$linea" "$carpeta/salida.txt"; then
+            echo "humo_visor: falta \"$linea\" en la salida:"
+            cat "$carpeta/salida.txt"
+            exit 1
+        fi
+    done
+}
+
+ejecuta punto
+esperado "1 punto creado" "Dibujo guardado en $carpeta/punto.cad (1 entidad)"
+ejecuta guion "$carpeta/punto.cad"
+esperado "1 línea creada" "Dibujo guardado en $carpeta/dibujo.cad (2 entidades)"
 if [ "$(head -c 8 "$carpeta/ventana.png" | od -An -tx1 | tr -d ' \n')" != "89504e470d0a1a0a" ]; then
     echo "humo_visor: la captura no es un PNG"
     exit 1

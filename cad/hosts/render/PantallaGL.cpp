@@ -359,6 +359,17 @@ struct loteGPU_t
     double pixeles = 0.0;
 };
 
+// Room for `extra` more elements, growing at least twofold so that many small primitives
+// appended one by one stay linear.
+template <typename T>
+void asegura(std::vector<T>& v, size_t extra)
+{
+    if (v.capacity() - v.size() < extra)
+    {
+        v.reserve(std::max(v.size() + extra, 2 * v.capacity()));
+    }
+}
+
 uint32_t opaco(uint32_t abgr)
 {
     return abgr | 0xFF000000U;
@@ -911,8 +922,10 @@ void Constructor::anade(const primitiva_t& pr, uint32_t id, int escalaFija)
         case primitiva_t::kGrupoPuntos:
         {
             const float tam = pr.tipo == primitiva_t::kPunto ? kTamanoPunto : kTamanoPuntoGrupo;
-            claveLote_t c;
+            // A group of millions of points mostly stays in one cell: the batch is looked
+            // up again only when a point leaves the cell of the one before.
             loteCPU_t* l = nullptr;
+            double x0 = 0, y0 = 0, z0 = 0;
             for (size_t i = 0; i < pr.puntos.size(); ++i)
             {
                 const Punto3<double>& p = pr.puntos[i];
@@ -920,18 +933,18 @@ void Constructor::anade(const primitiva_t& pr, uint32_t id, int escalaFija)
                 {
                     continue;
                 }
-                claveLote_t ci = claveDe(pr, kLotePuntos, p);
-                ci.tamano = tam;
-                if (l == nullptr || ci < c || c < ci)
+                if (l == nullptr || p.x < x0 || p.x >= x0 + kCelda || p.y < y0 ||
+                    p.y >= y0 + kCelda || p.z < z0 || p.z >= z0 + kCelda)
                 {
-                    c = ci;
+                    claveLote_t c = claveDe(pr, kLotePuntos, p);
+                    c.tamano = tam;
                     l = &lote(c);
-                    if (l->puntos.empty())
-                    {
-                        l->puntos.reserve(pr.puntos.size() - i);
-                    }
+                    x0 = static_cast<double>(c.cx) * kCelda;
+                    y0 = static_cast<double>(c.cy) * kCelda;
+                    z0 = static_cast<double>(c.cz) * kCelda;
+                    asegura(l->puntos, pr.puntos.size() - i);
                 }
-                verticePunto_t v{};
+                verticePunto_t v;
                 relativo(*l, p, v.x, v.y, v.z);
                 v.color = i < pr.colores.size() ? opaco(pr.colores[i]) : color;
                 v.id = id;
@@ -1198,6 +1211,8 @@ void Constructor::objeto(const primitiva_t& pr, uint32_t id, int escalaFija)
     }
     loteCPU_t& l = lote(c);
     const auto primero = static_cast<uint32_t>(l.caras.size());
+    asegura(l.caras, n);
+    asegura(l.indices, pr.caras.size() * 3 / 2);
     for (size_t i = 0; i < n; ++i)
     {
         verticeCara_t v{};

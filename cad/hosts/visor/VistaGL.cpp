@@ -115,6 +115,12 @@ VistaGL::VistaGL(cad::PantallaGL& pantalla_, QWidget* padre)
 VistaGL::~VistaGL()
 {
     liberaGL();
+    // The base class destroys the context after this part of the object is gone: its signal
+    // must not reach the slot of a VistaGL any more.
+    if (context() != nullptr)
+    {
+        disconnect(context(), nullptr, this, nullptr);
+    }
     pantalla.hazActual = nullptr;
     pantalla.alCambiar = nullptr;
 }
@@ -180,8 +186,12 @@ void VistaGL::vistaEnPlanta()
 {
     const v3 objetivo = de(pantalla.objetivo);
     const double distancia = std::max(modulo(de(pantalla.posicion) - objetivo), 1.0);
-    pantalla.posicion = punto3(objetivo + v3{0, 0, distancia});
-    pantalla.arriba = cad::Vector3D<double>(0, 1, 0);
+    // Under an active local system the plan is that system's: its Z towards the eye, its Y up.
+    const bool local = pantalla.haySistemaLocal;
+    const v3 z = local ? unitario(de(pantalla.ejeLocalZ)) : v3{0, 0, 1};
+    const v3 y = local ? unitario(de(pantalla.ejeLocalY)) : v3{0, 1, 0};
+    pantalla.posicion = punto3(objetivo + z * distancia);
+    pantalla.arriba = vector3(y);
     if (alCambiarCamara)
     {
         alCambiarCamara();
