@@ -18,6 +18,7 @@
 
 #include "Imagen.h"
 #include "Tipografia.h"
+#include "base/FicheroAtomico.h"
 
 namespace cad
 {
@@ -367,6 +368,8 @@ void asegura(std::vector<T>& v, size_t extra)
     if (v.capacity() - v.size() < extra)
     {
         v.reserve(std::max(v.size() + extra, 2 * v.capacity()));
+        // Large bodies in huge pages: a fault per 4 kB touched costs more than the copy.
+        paginasGrandes(v.data(), v.capacity() * sizeof(T));
     }
 }
 
@@ -1331,12 +1334,16 @@ void Constructor::anadeMarca(const primitiva_t& pr, uint32_t id)
     }
 }
 
+void llenaBuffer(GLenum destino, const void* datos, size_t bytes)
+{
+    glBufferData(destino, static_cast<GLsizeiptr>(bytes), datos, GL_STATIC_DRAW);
+}
+
 template <typename V>
 void subeAtributos(const std::vector<V>& datos, loteGPU_t& g)
 {
     glBindBuffer(GL_ARRAY_BUFFER, g.vbo);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(datos.size() * sizeof(V)), datos.data(),
-                 GL_STATIC_DRAW);
+    llenaBuffer(GL_ARRAY_BUFFER, datos.data(), datos.size() * sizeof(V));
     const auto paso = static_cast<GLsizei>(sizeof(V));
     glEnableVertexAttribArray(0);
     glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, paso, reinterpret_cast<void*>(0));
@@ -1384,9 +1391,8 @@ void subeLotes(std::map<claveLote_t, loteCPU_t>& cpu, std::vector<loteGPU_t>& gp
                                   reinterpret_cast<void*>(offsetof(verticeCara_t, u)));
             glGenBuffers(1, &g.ebo);
             glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, g.ebo);
-            glBufferData(GL_ELEMENT_ARRAY_BUFFER,
-                         static_cast<GLsizeiptr>(l.indices.size() * sizeof(uint32_t)),
-                         l.indices.data(), GL_STATIC_DRAW);
+            llenaBuffer(GL_ELEMENT_ARRAY_BUFFER, l.indices.data(),
+                        l.indices.size() * sizeof(uint32_t));
             g.indexado = true;
             g.cuenta = static_cast<GLsizei>(l.indices.size());
             bytes += l.caras.size() * sizeof(verticeCara_t) + l.indices.size() * 4;
