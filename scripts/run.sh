@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 
 prefijo="$PWD/build/instalado"
 cmake -S . -B build/biblioteca -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DCAD_BUILD_TESTS=OFF -DCAD_BUILD_BENCH=OFF -DCAD_WERROR=OFF >/dev/null
+    -DCAD_BUILD_TESTS=OFF -DCAD_BUILD_BENCH=OFF -DCAD_BUILD_VISOR=OFF -DCAD_WERROR=OFF >/dev/null
 cmake --build build/biblioteca >/dev/null
 cmake --install build/biblioteca --prefix "$prefijo" >/dev/null
 

@@ -17,6 +17,7 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 
@@ -221,6 +222,11 @@ VentanaVisor::VentanaVisor(const opciones_t& opciones_, QWidget* padre)
     {
         vista->setFixedSize(opciones.tamanoVista);
     }
+    else
+    {
+        // A working size for a survey: most of a common screen.
+        resize(1280, 860);
+    }
     setCentralWidget(vista);
     vista->hayOrdenEsperando = [this]() { return sesion->fachada().dentroComandoInteractivo(); };
     vista->alMover = [this](int x, int y) { raton(x, y); };
@@ -230,6 +236,17 @@ VentanaVisor::VentanaVisor(const opciones_t& opciones_, QWidget* padre)
     { salida << "OpenGL: " << texto(error) << '\n'; };
     vista->alPintarPrimeraVez = [this]()
     {
+        // A drawing fitted before the window had its size is fitted again at the real one.
+        if (encuadrarAlMostrar)
+        {
+            encuadrarAlMostrar = false;
+            QTimer::singleShot(0, this,
+                               [this]()
+                               {
+                                   encuadraTodo();
+                                   camaraCambiada();
+                               });
+        }
         if (!guionEmpezado)
         {
             guionEmpezado = true;
@@ -443,17 +460,48 @@ void VentanaVisor::colocaCamaraDibujo()
         programaPaneles();
         return;
     }
-    // A drawing that kept its view shows it; any other is seen whole.
+    // A drawing that kept a view of itself shows it; any other is seen whole: one whose view
+    // is none, or the default one around the origin while the drawing lies at survey
+    // coordinates, or one too far in or out to show anything.
     const bool conVista =
         dibujo.mDibujo->vistaActual != nullptr &&
         dibujo.mDibujo->vistaActual->posicion != dibujo.mDibujo->vistaActual->objetivo;
     refresca();
-    if (!conVista)
+    if (!conVista || !muestraAlgo())
     {
         encuadraTodo();
+        encuadrarAlMostrar = !vista->pintada();
     }
     camaraCambiada();
     programaPaneles();
+}
+
+bool VentanaVisor::muestraAlgo()
+{
+    const cad::Rect3<double>& caja = sesion->fachada().mDibujo->extension;
+    if (!caja.esValido())
+    {
+        return true;
+    }
+    // The box's corners on screen: their bounds must overlap the view and span a pixel.
+    double x0 = 1e300, y0 = 1e300, x1 = -1e300, y1 = -1e300;
+    for (int i = 0; i < 8; ++i)
+    {
+        const cad::Punto3<double> p((i & 1) != 0 ? caja.maximo.x : caja.minimo.x,
+                                    (i & 2) != 0 ? caja.maximo.y : caja.minimo.y,
+                                    (i & 4) != 0 ? caja.maximo.z : caja.minimo.z);
+        const cad::Punto2<double> q = pantalla.proyecta(p);
+        if (!std::isfinite(q.x) || !std::isfinite(q.y))
+        {
+            return false;
+        }
+        x0 = std::min(x0, q.x);
+        y0 = std::min(y0, q.y);
+        x1 = std::max(x1, q.x);
+        y1 = std::max(y1, q.y);
+    }
+    const bool solapa = x1 >= 0 && y1 >= 0 && x0 <= pantalla.ancho && y0 <= pantalla.alto;
+    return solapa && (x1 - x0 >= 1.0 || y1 - y0 >= 1.0);
 }
 
 void VentanaVisor::encuadraTodo()

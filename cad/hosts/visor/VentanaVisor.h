@@ -98,6 +98,10 @@ private:
     void colocaCamaraDibujo();
     // Fits the whole drawing in the view.
     void encuadraTodo();
+    // Whether the present view shows any of the drawing's extent.
+    bool muestraAlgo();
+    // Set when the drawing was fitted before the view was first shown.
+    bool encuadrarAlMostrar = false;
     void camaraCambiada();
 
     // Asks before changes would be lost; true to go on.

@@ -158,9 +158,9 @@ void VistaGL::paintGL()
     {
         pantalla.pinta();
     }
-    if (!pintada)
+    if (!pintadaYa)
     {
-        pintada = true;
+        pintadaYa = true;
         if (alPintarPrimeraVez)
         {
             alPintarPrimeraVez();

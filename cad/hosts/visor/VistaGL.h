@@ -23,6 +23,8 @@ class VistaGL : public QOpenGLWidget
     Q_OBJECT
 
 public:
+    // Whether the view has been painted once.
+    bool pintada() const { return pintadaYa; }
     explicit VistaGL(cad::PantallaGL& pantalla, QWidget* padre = nullptr);
     ~VistaGL() override;
 
@@ -62,7 +64,7 @@ private:
     Qt::MouseButton boton = Qt::NoButton;
     bool arrastrado = false;
     bool esperandoVentana = false;
-    bool pintada = false;
+    bool pintadaYa = false;
 };
 
 }  // namespace visor
