@@ -462,7 +462,7 @@ void VentanaVisor::colocaCamaraDibujo()
     }
     // A drawing that kept a view of itself shows it; any other is seen whole: one whose view
     // is none, or the default one around the origin while the drawing lies at survey
-    // coordinates, or one too far in or out to show anything.
+    // coordinates.
     const bool conVista =
         dibujo.mDibujo->vistaActual != nullptr &&
         dibujo.mDibujo->vistaActual->posicion != dibujo.mDibujo->vistaActual->objetivo;
@@ -483,7 +483,7 @@ bool VentanaVisor::muestraAlgo()
     {
         return true;
     }
-    // The box's corners on screen: their bounds must overlap the view and span a pixel.
+    // The box's corners on screen: their bounds must overlap the view.
     double x0 = 1e300, y0 = 1e300, x1 = -1e300, y1 = -1e300;
     for (int i = 0; i < 8; ++i)
     {
@@ -500,8 +500,7 @@ bool VentanaVisor::muestraAlgo()
         x1 = std::max(x1, q.x);
         y1 = std::max(y1, q.y);
     }
-    const bool solapa = x1 >= 0 && y1 >= 0 && x0 <= pantalla.ancho && y0 <= pantalla.alto;
-    return solapa && (x1 - x0 >= 1.0 || y1 - y0 >= 1.0);
+    return x1 >= 0 && y1 >= 0 && x0 <= pantalla.ancho && y0 <= pantalla.alto;
 }
 
 void VentanaVisor::encuadraTodo()
