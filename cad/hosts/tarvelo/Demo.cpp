@@ -145,84 +145,89 @@ void construyeModelos(WrapDibujoCAD& dibujo)
 
 }  // namespace
 
+namespace
+{
+
+// An opaque image whose pixel (x, y), counted from the top, has the colour 0xRRGGBB given.
+template <typename F>
+cad::imagen_t imagenDe(int ancho, int alto, F color)
+{
+    cad::imagen_t im;
+    im.ancho = ancho;
+    im.alto = alto;
+    im.rgba.resize(static_cast<size_t>(ancho) * alto * 4);
+    for (int y = 0; y < alto; ++y)
+    {
+        for (int x = 0; x < ancho; ++x)
+        {
+            const uint32_t c = color(x, y);
+            uint8_t* p = &im.rgba[(static_cast<size_t>(y) * ancho + x) * 4];
+            p[0] = static_cast<uint8_t>(c >> 16);
+            p[1] = static_cast<uint8_t>(c >> 8);
+            p[2] = static_cast<uint8_t>(c);
+            p[3] = 255;
+        }
+    }
+    return im;
+}
+
+uint32_t rgb(double r, double g, double b)
+{
+    const auto canal = [](double v) { return static_cast<uint32_t>(std::clamp(v, 0.0, 255.0)); };
+    return canal(r) << 16 | canal(g) << 8 | canal(b);
+}
+
+}  // namespace
+
 bool escribeImagenesDemo(const std::string& carpeta, std::string& error)
 {
     // A plastered facade of 256 by 256 pixels: three rows of four windows, a door, and a
     // darker plinth, so that a render shows at once whether the texture sits the right way up.
-    cad::imagen_t im;
-    im.ancho = 256;
-    im.alto = 256;
-    im.rgba.resize(256 * 256 * 4);
-    for (int y = 0; y < 256; ++y)
-    {
-        for (int x = 0; x < 256; ++x)
-        {
-            uint32_t c = 0xD8C8A8;  // plaster
-            const int cx = x % 64;
-            const int fila = y / 64;
-            if (y >= 224)
-            {
-                c = 0x8A7A6A;  // plinth
-            }
-            else if (fila < 3 && cx >= 18 && cx < 46 && y % 64 >= 14 && y % 64 < 50)
-            {
-                c = (cx == 31 || cx == 32 || y % 64 == 31) ? 0xF0F0F0 : 0x30506E;  // window
-            }
-            else if (fila == 3 && x >= 112 && x < 144 && y >= 176)
-            {
-                c = 0x6A3A20;  // door
-            }
-            const size_t i = (static_cast<size_t>(y) * 256 + x) * 4;
-            im.rgba[i] = static_cast<uint8_t>(c >> 16);
-            im.rgba[i + 1] = static_cast<uint8_t>(c >> 8);
-            im.rgba[i + 2] = static_cast<uint8_t>(c);
-            im.rgba[i + 3] = 255;
-        }
-    }
+    const cad::imagen_t fachada =
+        imagenDe(256, 256,
+                 [](int x, int y) -> uint32_t
+                 {
+                     const int cx = x % 64;
+                     const int fila = y / 64;
+                     if (y >= 224)
+                     {
+                         return 0x8A7A6A;  // plinth
+                     }
+                     if (fila < 3 && cx >= 18 && cx < 46 && y % 64 >= 14 && y % 64 < 50)
+                     {
+                         const bool marco = cx == 31 || cx == 32 || y % 64 == 31;
+                         return marco ? 0xF0F0F0 : 0x30506E;  // window
+                     }
+                     if (fila == 3 && x >= 112 && x < 144 && y >= 176)
+                     {
+                         return 0x6A3A20;  // door
+                     }
+                     return 0xD8C8A8;  // plaster
+                 });
+    // The 360 photo, equirectangular: sky fading to white at the horizon, ground below it,
+    // and a red post every 90 degrees so that its turn can be read.
+    const cad::imagen_t foto =
+        imagenDe(512, 256,
+                 [](int x, int y) -> uint32_t
+                 {
+                     if (x % 128 < 6 && y > 96 && y < 150)
+                     {
+                         return 0xC81E1E;
+                     }
+                     const double t = y / 255.0;
+                     if (t < 0.5)
+                     {
+                         return rgb(70 + 370 * t, 130 + 230 * t, 220 + 60 * t);
+                     }
+                     return rgb(150 - 80 * (t - 0.5), 125 - 60 * (t - 0.5), 90 - 40 * (t - 0.5));
+                 });
     std::error_code ec;
     const std::filesystem::path base(carpeta);
     std::filesystem::create_directories(base / "texturas", ec);
     std::filesystem::create_directories(base / "fotos", ec);
-    if (!cad::guardaPNG((base / "texturas" / "fachada.png").string(), im, error))
+    if (!cad::guardaPNG((base / "texturas" / "fachada.png").string(), fachada, error))
     {
         return false;
-    }
-    // The 360 photo, equirectangular: sky fading to white at the horizon, ground below it,
-    // and a red post every 90 degrees so that its turn can be read.
-    cad::imagen_t foto;
-    foto.ancho = 512;
-    foto.alto = 256;
-    foto.rgba.resize(512 * 256 * 4);
-    for (int y = 0; y < 256; ++y)
-    {
-        for (int x = 0; x < 512; ++x)
-        {
-            const double t = y / 255.0;
-            uint8_t r = 0, g = 0, b = 0;
-            if (t < 0.5)
-            {
-                r = static_cast<uint8_t>(70 + 370 * t);
-                g = static_cast<uint8_t>(130 + 230 * t);
-                b = static_cast<uint8_t>(220 + 60 * t);
-            }
-            else
-            {
-                r = static_cast<uint8_t>(150 - 80 * (t - 0.5));
-                g = static_cast<uint8_t>(125 - 60 * (t - 0.5));
-                b = static_cast<uint8_t>(90 - 40 * (t - 0.5));
-            }
-            if (x % 128 < 6 && y > 96 && y < 150)
-            {
-                r = 200;
-                g = 30;
-                b = 30;
-            }
-            const size_t i = (static_cast<size_t>(y) * 512 + x) * 4;
-            foto.rgba[i] = r;
-            foto.rgba[i + 1] = g;
-            foto.rgba[i + 2] = b;
-            foto.rgba[i + 3] = 255;
-        }
     }
     return cad::guardaPNG((base / "fotos" / "esferica_001.png").string(), foto, error);
 }

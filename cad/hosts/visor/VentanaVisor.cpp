@@ -961,20 +961,27 @@ void VentanaVisor::abre()
     }
 }
 
+QString VentanaVisor::pideDestino(const QString& titulo, const QString& inicial,
+                                  const QString& filtro, const QString& extension)
+{
+    QString f = QFileDialog::getSaveFileName(this, titulo, inicial, filtro);
+    if (!f.isEmpty() && QFileInfo(f).suffix().isEmpty())
+    {
+        f += extension;
+    }
+    return f;
+}
+
 void VentanaVisor::guarda(bool comoNuevo)
 {
     QString f = desde(sesion->fichero());
     if (comoNuevo || f.isEmpty())
     {
-        f = QFileDialog::getSaveFileName(this, QStringLiteral("Guardar dibujo"), f,
-                                         QStringLiteral("Dibujos (*.cad)"));
+        f = pideDestino(QStringLiteral("Guardar dibujo"), f, QStringLiteral("Dibujos (*.cad)"),
+                        QStringLiteral(".cad"));
         if (f.isEmpty())
         {
             return;
-        }
-        if (QFileInfo(f).suffix().isEmpty())
-        {
-            f += QStringLiteral(".cad");
         }
     }
     orden({"guarda", texto(f)});
@@ -982,17 +989,12 @@ void VentanaVisor::guarda(bool comoNuevo)
 
 void VentanaVisor::exportaDXF()
 {
-    QString f = QFileDialog::getSaveFileName(this, QStringLiteral("Exportar DXF"), QString(),
-                                             QStringLiteral("DXF (*.dxf)"));
-    if (f.isEmpty())
+    const QString f = pideDestino(QStringLiteral("Exportar DXF"), QString(),
+                                  QStringLiteral("DXF (*.dxf)"), QStringLiteral(".dxf"));
+    if (!f.isEmpty())
     {
-        return;
+        orden({"dxf", texto(f)});
     }
-    if (QFileInfo(f).suffix().isEmpty())
-    {
-        f += QStringLiteral(".dxf");
-    }
-    orden({"dxf", texto(f)});
 }
 
 void VentanaVisor::importa(bool obj)

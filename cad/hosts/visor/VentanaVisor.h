@@ -109,6 +109,10 @@ private:
     void abre();
     void guarda(bool comoNuevo);
     void importa(bool obj);
+    // A file to write, asked for in a dialog; `extension` is added to a name without one.
+    // Empty when the user gave none.
+    QString pideDestino(const QString& titulo, const QString& inicial, const QString& filtro,
+                        const QString& extension);
     void exportaDXF();
 
     opciones_t opciones;
