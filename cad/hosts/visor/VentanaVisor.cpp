@@ -432,8 +432,17 @@ void VentanaVisor::actualizaEstado()
     const QString nombre = sesion->fichero().empty()
                                ? QStringLiteral("Sin título")
                                : QFileInfo(desde(sesion->fichero())).fileName();
-    setWindowTitle(nombre + QStringLiteral("[*] — Tarvelo"));
-    setWindowModified(dibujo.hayCambios());
+    // Each of these reaches the X server even when nothing changed, and its answer wakes the
+    // wait step again: a waiting command would spin instead of sleeping.
+    const QString titulo = nombre + QStringLiteral("[*] — Tarvelo");
+    if (titulo != windowTitle())
+    {
+        setWindowTitle(titulo);
+    }
+    if (dibujo.hayCambios() != isWindowModified())
+    {
+        setWindowModified(dibujo.hayCambios());
+    }
     const cad::PantallaGL::estadisticas_t& e = pantalla.estadisticas();
     etiquetaEstadisticas->setText(QString::asprintf("%zu primitivas, %.1f MB, %.1f ms",
                                                     e.primitivas, e.bytesGPU / 1048576.0,
