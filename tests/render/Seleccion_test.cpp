@@ -105,3 +105,33 @@ TEST(RenderSeleccion, RectangulosEnLosBordes)
 }
 
 }  // namespace
+
+// What lies on the view's first row is drawn and picked there; the cursor's glyph, drawn by
+// the editor in pixels after its overlay, shows where it says and never enters the scene.
+TEST(RenderSeleccion, PrimeraFilaYGlifoDelCursor)
+{
+    Escena e;
+    ASSERT_TRUE(e.error.empty()) << e.error;
+    const int64_t borde = e.dibujo.nuevaLinea(0.0, 0.0, 0.0, 100.0, 0.0, 0.0);
+    e.dibuja();
+    std::vector<void*> picks;
+    e.pantalla.entidadesEnRectangulo({{200, 0}, {200, 0}}, false, picks);
+    EXPECT_EQ(picks, e.solo(borde));
+
+    const size_t primitivas = e.pantalla.escena.size();
+    const size_t construcciones = e.pantalla.estadisticas().construcciones;
+    const Punto3<double> cruz[2] = {{100, 150, 0}, {300, 150, 0}};
+    for (int pasada = 0; pasada < 3; ++pasada)
+    {
+        e.pantalla.inicioSuperposicion();
+        e.pantalla.finSuperposicion();
+        e.pantalla.dibujaPolilinea(2, cruz, false, 0xFF00FF00U, nullptr);
+        e.pantalla.pinta();
+    }
+    EXPECT_EQ(e.pantalla.escena.size(), primitivas);
+    EXPECT_EQ(e.pantalla.estadisticas().construcciones, construcciones);
+    const cad::imagen_t im = e.contexto.lee();
+    EXPECT_EQ(cad::prueba::pixel(im, 200, 150) & 0x00FFFFFFU, 0x0000FF00U);
+    // The first row shows the line: not the empty background five units above it.
+    EXPECT_NE(cad::prueba::pixel(im, 200, 0), cad::prueba::pixel(im, 200, 20));
+}
