@@ -216,6 +216,10 @@ VentanaVisor::VentanaVisor(const opciones_t& opciones_, QWidget* padre)
     sesion->alCambiarDibujo = [this]() { colocaCamaraDibujo(); };
     Fendrix::WrapDibujoCAD& dibujo = sesion->fachada();
     dibujo.setActualiza([this](Fendrix::WrapDibujoCAD::tipoActualizacion) { programaPaneles(); });
+    // The edges of a selection are drawn in blue by default, which hardly shows on the dark
+    // blue background: the viewer draws them in yellow.
+    dibujo.setColorConfiguracion(Fendrix::WrapDibujoCAD::colorElemento::kAristasCalientes, 255, 230,
+                                 0);
 
     vista = new VistaGL(pantalla, this);
     if (!opciones.tamanoVista.isEmpty())
