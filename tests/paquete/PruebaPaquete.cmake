@@ -35,7 +35,10 @@ endforeach()
 
 # The demo's drawing rendered headless: a PNG of the size asked for, with more in it than a
 # flat background; a drawing that can't be read fails and writes nothing.
-execute_process(COMMAND "${TRABAJO}/host/tarvelo" dibuja salida/demo.cad salida/demo.png
+# Under the sanitizers the software GL driver's compiled shaders leave blocks at exit that no
+# suppression can name (their stack is generated code): leaks are not checked for this run.
+execute_process(COMMAND ${CMAKE_COMMAND} -E env "ASAN_OPTIONS=detect_leaks=0:abort_on_error=1"
+    "${TRABAJO}/host/tarvelo" dibuja salida/demo.cad salida/demo.png
     --vista iso --tamano 800x600
     WORKING_DIRECTORY "${TRABAJO}" RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
 message("${s}${e}")
