@@ -135,3 +135,23 @@ TEST(RenderSeleccion, PrimeraFilaYGlifoDelCursor)
     // The first row shows the line: not the empty background five units above it.
     EXPECT_NE(cad::prueba::pixel(im, 200, 0), cad::prueba::pixel(im, 200, 20));
 }
+
+// Coordinates a damaged file may bring (not a number, beyond any float) draw nothing of use
+// but leave the rest of the scene drawn and picked.
+TEST(RenderSeleccion, CoordenadasDanadasNoEstropeanLaEscena)
+{
+    Escena e;
+    ASSERT_TRUE(e.error.empty()) << e.error;
+    const double nan = std::nan("");
+    int marca = 0;
+    void* pick = &marca;
+    e.pantalla.dibujaPunto({nan, 10.0, 0.0}, 0xFFFFFFFFU, pick);
+    e.pantalla.dibujaLinea(
+        cad::Linea3D<double>(Punto3<double>(1e300, 0, 0), Punto3<double>(-1e300, 5, 0)),
+        0xFFFFFFFFU, pick);
+    const Punto3<double> poligono[4] = {{0, 0, 0}, {1e308, 0, 0}, {0, nan, 0}, {5, 5, 0}};
+    e.pantalla.dibujaPoligono(4, poligono, 0xFFFFFFFFU, pick);
+    e.pantalla.pinta();
+    EXPECT_EQ(e.en({10.0, 10.0, 0.0}), e.solo(e.punto));
+    EXPECT_EQ(e.en({30.0, 10.0, 0.0}), e.solo(e.linea));
+}

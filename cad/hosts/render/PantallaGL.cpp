@@ -360,6 +360,22 @@ struct loteGPU_t
     double pixeles = 0.0;
 };
 
+// A double as a float; a value beyond any float (a damaged coordinate, a view zoomed without
+// end) is held at the float's limit rather than converted out of range.
+float aFloat(double v)
+{
+    constexpr double kLimite = 3.0e38;
+    return static_cast<float>(v > kLimite ? kLimite : (v < -kLimite ? -kLimite : v));
+}
+
+// The cell of a coordinate. A value from a damaged file (not a number, or beyond any
+// cell an integer counts) falls in cell 0, where it draws nowhere useful but harms nothing.
+int64_t celda(double v)
+{
+    const double c = std::floor(v / kCelda);
+    return std::isfinite(c) && std::fabs(c) < 1.0e15 ? static_cast<int64_t>(c) : 0;
+}
+
 // Room for `extra` more elements, growing at least twofold so that many small primitives
 // appended one by one stay linear.
 template <typename T>
@@ -395,8 +411,9 @@ bool finito(const Punto3<double>& p)
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
-// Triangulates a polygon given by its corners: ear clipping on the plane it mostly lies in,
-// a fan for large ones. Appends triples of positions into `corners`.
+// Triangulates a polygon given by its corners: ear clipping on the plane it mostly lies in.
+// Appends the corners' indices, three per triangle, to `t`. Clipping costs the cube of the
+// corners at worst, so an outline of more than 128 goes as a fan.
 void triangula(const std::vector<Punto3<double>>& p, std::vector<std::array<size_t, 3>>& t)
 {
     const size_t n = p.size();
@@ -404,7 +421,7 @@ void triangula(const std::vector<Punto3<double>>& p, std::vector<std::array<size
     {
         return;
     }
-    if (n == 3 || n > 256)
+    if (n == 3 || n > 128)
     {
         for (size_t i = 1; i + 1 < n; ++i)
         {
@@ -845,9 +862,9 @@ private:
         c.capa = pr.primerPlano ? 1 : 0;
         c.tipo = tipo;
         c.punteado = tipo == kLoteCaras && pr.patron != PantallaCAD::kLineaContinua ? 1 : 0;
-        c.cx = static_cast<int64_t>(std::floor(ancla.x / kCelda));
-        c.cy = static_cast<int64_t>(std::floor(ancla.y / kCelda));
-        c.cz = static_cast<int64_t>(std::floor(ancla.z / kCelda));
+        c.cx = celda(ancla.x);
+        c.cy = celda(ancla.y);
+        c.cz = celda(ancla.z);
         return c;
     }
     loteCPU_t& lote(const claveLote_t& c)
@@ -878,9 +895,9 @@ private:
     }
     static void relativo(const loteCPU_t& l, const Punto3<double>& p, float& x, float& y, float& z)
     {
-        x = static_cast<float>(p.x - l.origen.x);
-        y = static_cast<float>(p.y - l.origen.y);
-        z = static_cast<float>(p.z - l.origen.z);
+        x = aFloat(p.x - l.origen.x);
+        y = aFloat(p.y - l.origen.y);
+        z = aFloat(p.z - l.origen.z);
     }
     void linea(loteCPU_t& l, const Punto3<double>& a, const Punto3<double>& b, uint32_t ca,
                uint32_t cb, uint32_t id, uint32_t estilo)
@@ -1586,7 +1603,7 @@ std::array<float, 16> aFlotantes(const Matriz4<double>& m)
     std::array<float, 16> f{};
     for (int i = 0; i < 16; ++i)
     {
-        f[static_cast<size_t>(i)] = static_cast<float>(m[i]);
+        f[static_cast<size_t>(i)] = aFloat(m[i]);
     }
     return f;
 }
@@ -1692,12 +1709,11 @@ void dibujaLotes(const std::vector<loteGPU_t>& lotes, const marco_t& m, GLuint (
         Punto3<double> centro = g.origen;
         if (g.clave.escalaFija >= 0 && g.escala > 0 && std::isfinite(g.escala))
         {
-            factor = static_cast<float>(g.pixeles * pixel / g.escala);
+            factor = aFloat(g.pixeles * pixel / g.escala);
             centro = g.centroEscala;
         }
-        glUniform3f(glGetUniformLocation(p, "centro"), static_cast<float>(centro.x - g.origen.x),
-                    static_cast<float>(centro.y - g.origen.y),
-                    static_cast<float>(centro.z - g.origen.z));
+        glUniform3f(glGetUniformLocation(p, "centro"), aFloat(centro.x - g.origen.x),
+                    aFloat(centro.y - g.origen.y), aFloat(centro.z - g.origen.z));
         glUniform1f(glGetUniformLocation(p, "factor"), factor);
         glBindVertexArray(g.vao);
         if (g.clave.tipo == kLotePuntos)
