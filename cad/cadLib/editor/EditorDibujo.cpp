@@ -1,41 +1,22 @@
 #include "editor/EditorDibujo.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 #include <mutex>
 #include <vector>
 
+#include "base/Admisible.h"
 #include "base/ColaMensajes.h"
 #include "base/Configuracion.h"
 #include "base/GestorMensajes.h"
-#include "base/Admisible.h"
-#include "base/SerializadorBinarioEscritura.h"
 #include "base/SerializadorBinarioLectura.h"
-#include "documento/Capa.h"
 #include "documento/Dibujo.h"
-#include "editor/Comando.h"
 #include "editor/LineaElastica.h"
 #include "editor/TextosEditor.h"
 #include "entidades/Entidad.h"
-#include "entidades/Linea.h"
-#include "entidades/Polilinea.h"
-#include "entidades/Punto.h"
 
 namespace cad
 {
-
-namespace
-{
-
-int64_t handle(const Entidad* e)
-{
-    return static_cast<int64_t>(reinterpret_cast<intptr_t>(e));
-}
-
-}  // namespace
 
 // -------------------------------------------------------------------------------------------
 // Frame
@@ -485,249 +466,6 @@ void EditorDibujo::repiteMensaje(const char* error)
     mensaje("%s", prompt.c_str());
 }
 
-
-// -------------------------------------------------------------------------------------------
-// Picking and snapping
-
-bool EditorDibujo::compruebaPunto(cursor_t& cursor)
-{
-    if ((dibujo_->mascaraReferencias & 32) != 0)
-    {
-        return true;
-    }
-    if (pantalla_ != nullptr && dibujo_->referenciaEntidades(*pantalla_, cursor))
-    {
-        tipoMarcaReferencia = cursor.tipo;
-        marcaReferencia = cursor.referencia;
-        return true;
-    }
-    dibujo_->proyectaCursor(cursor);
-    tipoMarcaReferencia = 0;
-    return !(cursor.referencia == invalido && cursor.plano == invalido);
-}
-
-bool EditorDibujo::entidadesBajoPixel(const cursor_t& cursor, SeleccionEntidades& seleccion)
-{
-    if (pantalla_ == nullptr)
-    {
-        return false;
-    }
-    const int t = Configuracion::instancia().valor(Configuracion::kVentanaReferencia);
-    bool alguna = false;
-    for (Entidad* e :
-         dibujo_->entidadesCercaPixel(*pantalla_, cursor.x, cursor.y, t, incluyeOcultas))
-    {
-        if ((e->estado & (kEstadoSeleccionada | kEstadoResaltada)) != 0)
-        {
-            continue;
-        }
-        if (std::find(seleccion.entidades.begin(), seleccion.entidades.end(), e) ==
-            seleccion.entidades.end())
-        {
-            seleccion.entidades.push_back(e);
-        }
-        alguna = true;
-    }
-    return alguna;
-}
-
-// -------------------------------------------------------------------------------------------
-// Undo
-
-void EditorDibujo::deshacer()
-{
-    if (comandosDeshacer.empty())
-    {
-        return;
-    }
-    Comando* c = comandosDeshacer.back();
-    comandosDeshacer.pop_back();
-    c->deshacer();
-    comandosRehacer.push_back(c);
-    actualiza(kControl, false);
-}
-
-void EditorDibujo::rehacer()
-{
-    if (comandosRehacer.empty())
-    {
-        return;
-    }
-    Comando* c = comandosRehacer.back();
-    comandosRehacer.pop_back();
-    c->rehacer();
-    comandosDeshacer.push_back(c);
-    actualiza(kControl, false);
-}
-
-void EditorDibujo::registraComando(Comando* comando)
-{
-    comandosDeshacer.push_back(comando);
-    while (!comandosRehacer.empty())
-    {
-        delete comandosRehacer.back();
-        comandosRehacer.pop_back();
-    }
-    comando->rehacer();
-}
-
-void EditorDibujo::vaciaComandos()
-{
-    // Newest first, so that a step's entity is freed by the step that holds it last.
-    while (!comandosRehacer.empty())
-    {
-        delete comandosRehacer.back();
-        comandosRehacer.pop_back();
-    }
-    while (!comandosDeshacer.empty())
-    {
-        delete comandosDeshacer.back();
-        comandosDeshacer.pop_back();
-    }
-}
-
-bool EditorDibujo::nuevaEntidad(Entidad* e)
-{
-    if (e == nullptr)
-    {
-        return false;
-    }
-    if (reactorInsercionEntidades && !reactorInsercionEntidades(handle(e), kEntidadInsertada))
-    {
-        return false;
-    }
-    registraComando(new ComandoNuevaEntidad(dibujo_, e));
-    actualiza(kControl, false);
-    return true;
-}
-
-bool EditorDibujo::borraEntidad(Entidad* e)
-{
-    if (e == nullptr)
-    {
-        return false;
-    }
-    if (reactorInsercionEntidades && !reactorInsercionEntidades(handle(e), kEntidadBorrada))
-    {
-        return false;
-    }
-    registraComando(new ComandoBorraEntidad(dibujo_, e));
-    return true;
-}
-
-// -------------------------------------------------------------------------------------------
-// Layers
-
-bool EditorDibujo::nuevaCapa(Capa* capa, bool hacerActual)
-{
-    if (!admiteCadena(capa->nombre) || !dibujo_->nuevaCapa(capa))
-    {
-        return false;
-    }
-    if (hacerActual)
-    {
-        dibujo_->capaActual(capa->nombre.c_str());
-        actualiza(kCapaActual, false);
-    }
-    actualiza(kCapas, false);
-    return true;
-}
-
-bool EditorDibujo::posicionaCapa(Capa* capa)
-{
-    if (!admiteCadena(capa->nombre))
-    {
-        return false;
-    }
-    if (Capa* existente = dibujo_->buscaCapa(capa->nombre.c_str()))
-    {
-        registraComando(ComandoCapa::visibilidad(dibujo_, existente, true));
-        actualiza(kCapas, false);
-        actualiza(kControl, false);
-        dibujo_->capaActual(existente->nombre.c_str());
-        actualiza(kCapaActual, false);
-        return true;
-    }
-    dibujo_->nuevaCapa(capa);
-    actualiza(kCapas, false);
-    return true;
-}
-
-bool EditorDibujo::capaActual(const char* nombre)
-{
-    const bool ok = dibujo_->capaActual(nombre);
-    actualiza(kCapaActual, false);
-    return ok;
-}
-
-bool EditorDibujo::muestraCapa(const char* nombre)
-{
-    Capa* capa = dibujo_->buscaCapa(nombre);
-    if (capa == nullptr)
-    {
-        return false;
-    }
-    registraComando(ComandoCapa::visibilidad(dibujo_, capa, true));
-    actualiza(kCapas, false);
-    actualiza(kControl, false);
-    return true;
-}
-
-bool EditorDibujo::colorCapa(const char* nombre, int32_t rgba)
-{
-    Capa* capa = dibujo_->buscaCapa(nombre);
-    if (capa == nullptr)
-    {
-        return false;
-    }
-    const auto v = static_cast<uint32_t>(rgba);
-    ColorCapa color;
-    color.mColor.rojo = static_cast<uint8_t>(v >> 24);
-    color.mColor.verde = static_cast<uint8_t>(v >> 16);
-    color.mColor.azul = static_cast<uint8_t>(v >> 8);
-    color.mColor.alfa = static_cast<uint8_t>(v);
-    color.colorCAD = 512;
-    registraComando(ComandoCapa::colorear(dibujo_, capa, color));
-    actualiza(kCapas, false);
-    return true;
-}
-
-bool EditorDibujo::renombraCapa(const char* nombre, const char* nuevoNombre)
-{
-    Capa* capa = dibujo_->buscaCapa(nombre);
-    // Names are unique within a drawing.
-    if (capa == nullptr || nuevoNombre == nullptr || dibujo_->buscaCapa(nuevoNombre) != nullptr ||
-        !admiteCadena(nuevoNombre))
-    {
-        return false;
-    }
-    registraComando(ComandoCapa::renombrar(dibujo_, capa, nuevoNombre));
-    actualiza(kCapas, false);
-    return true;
-}
-
-bool EditorDibujo::borraCapa(const char* nombre)
-{
-    Capa* capa = dibujo_->buscaCapa(nombre);
-    if (capa == nullptr)
-    {
-        return false;
-    }
-    registraComando(ComandoCapa::borrar(dibujo_, capa));
-    actualiza(kCapas, false);
-    return true;
-}
-
-bool EditorDibujo::setColorActualIndice(int indice)
-{
-    return dibujo_->setColorActualIndice(indice);
-}
-
-void EditorDibujo::setColorActualRGB(int32_t rgb)
-{
-    dibujo_->setColorActualRGB(static_cast<uint32_t>(rgb));
-}
-
 // -------------------------------------------------------------------------------------------
 // Local system
 
@@ -776,67 +514,6 @@ Vector3D<double> EditorDibujo::aDocumento(const Vector3D<double>& v) const
     }
     const SistemaLocal& s = sistemaLocalActivo;
     return s.getEjeX() * v.x + s.getEjeY() * v.y + s.getEjeZ() * v.z;
-}
-
-// -------------------------------------------------------------------------------------------
-// Commands
-
-int EditorDibujo::comandoPunto()
-{
-    iniciaComandoInteractivo(false);
-    int creados = 0;
-    cursor_t cursor;
-    while (getPunto(texto(2, 1, "Seleccione coordenadas del punto:"), cursor, true))
-    {
-        auto* punto = new Punto(cursor.get());
-        if (reactorInsercionEntidades &&
-            !reactorInsercionEntidades(handle(punto), kEntidadInsertada))
-        {
-            // Refused by the host: nobody else holds it.
-            delete punto;
-            continue;
-        }
-        registraComando(new ComandoNuevaEntidad(dibujo_, punto));
-        actualiza(kControl, false);
-        ++creados;
-    }
-    finComandoInteractivo();
-    return creados;
-}
-
-int EditorDibujo::comandoLinea()
-{
-    iniciaComandoInteractivo(false);
-    cursor_t cursor;
-    if (!getPunto(texto(3, 1, "Seleccione coordenada inicial de la linea:"), cursor, true))
-    {
-        finComandoInteractivo();
-        return 0;
-    }
-    int creadas = 0;
-    Punto3<double> anterior = cursor.get();
-    {
-        LineaElastica banda(this, 1);
-        banda.nuevaAncla(anterior);
-        while (getPunto(texto(3, 2, "Seleccione coordenada final de la linea:"), cursor, true))
-        {
-            const Punto3<double> punto = cursor.get();
-            auto* linea = new Linea(anterior, punto);
-            if (nuevaEntidad(linea))
-            {
-                ++creadas;
-            }
-            else
-            {
-                delete linea;
-            }
-            anterior = punto;
-            banda.nuevaAncla(punto);
-        }
-        banda.vaciaAnclas();
-    }
-    finComandoInteractivo();
-    return creadas;
 }
 
 }  // namespace cad

@@ -206,4 +206,10 @@ public:
     int32_t pixeles = 0;
 };
 
+// The handle hosts know an entity by: its address.
+inline int64_t handleEntidad(const Entidad* e)
+{
+    return static_cast<int64_t>(reinterpret_cast<intptr_t>(e));
+}
+
 }  // namespace cad
