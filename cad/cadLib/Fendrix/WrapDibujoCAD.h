@@ -526,9 +526,43 @@ public:
                     double& z, double& radio);
     bool getCirculo(const std::string& mensaje1, const std::string& mensaje2, double& x, double& y,
                     double& z, double& xBorde, double& yBorde, double& zBorde);
-    // The commands give the count of entities they made.
+    // The commands give the count of entities they made, or whether they ended well; 0 or
+    // false with no editor (WrapDibujoCADComandos.cpp).
     int32_t comandoPunto();
     int32_t comandoLinea();
+    int32_t comandoPolilinea(bool unaSola = false, bool cerrada = false);
+    // One polyline; its handle, 0 when none was made.
+    int64_t comandoPolilineaGetHandle(bool cerrada = false);
+    // 0 for a handle asks the user for that polyline.
+    bool comandoFusionPolilineas(int64_t destino, int64_t origen, bool borraOrigen);
+    bool comandoFusionPolilineasNueva(int64_t destino, bool borraOrigen);
+    int32_t comandoCara3D3();
+    int32_t comandoCara3D4();
+    int32_t comandoCara();
+    int32_t comandoPlano();
+    bool comandoContornoPlano();
+    int32_t comandoParalelaPlano();
+    int32_t comandoPerpendicularPlano();
+    int32_t comandoCubo();
+    int32_t comandoModeloCubo();
+    int32_t comandoModeloCilindro();
+    int32_t comandoModeloEsfera();
+    int32_t comandoConvierteObjeto3D();
+    // The material new faces and models take; 0 is none. False for an id the drawing lacks.
+    bool setMaterialActual(int32_t id);
+    int32_t materialActual();
+
+    // --- vertex marks (WrapDibujoCADArrastre.cpp) ----------------------------------------
+    bool marcaVerticesEntidad(int64_t handle, uint32_t inicio, uint32_t fin);
+    bool quitaMarcasVerticesEntidad(int64_t handle);
+    // --- end of vertex marks ---
+
+    // --- property sheets and the clipboard (WrapDibujoCADPropiedades.cpp) -----------------
+    void cortar();
+    void copiar();
+    void pegar();
+    bool comandoPropiedades();
+    // --- end of property sheets and the clipboard ---
     bool comandoSeleccionaEntidades(const std::string& mensaje1, const std::string& mensaje2,
                                     tipoSeleccion tipo);
     // The entities the display finds in a box of kVentanaReferencia / 2 pixels to each side.

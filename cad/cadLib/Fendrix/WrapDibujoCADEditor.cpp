@@ -296,16 +296,6 @@ bool WrapDibujoCAD::getCirculo(const std::string& mensaje1, const std::string& m
     return ok;
 }
 
-int32_t WrapDibujoCAD::comandoPunto()
-{
-    return mEditor != nullptr ? mEditor->comandoPunto() : 0;
-}
-
-int32_t WrapDibujoCAD::comandoLinea()
-{
-    return mEditor != nullptr ? mEditor->comandoLinea() : 0;
-}
-
 bool WrapDibujoCAD::comandoSeleccionaEntidades(const std::string& mensaje1,
                                                const std::string& mensaje2, tipoSeleccion tipo)
 {

@@ -29,6 +29,8 @@ class Dibujo;
 class Entidad;
 class LineaElastica;
 class ModificadorVertice;
+class Polilinea;
+struct elemento_seleccionado_t;
 
 // An interactive command is an ordinary member function that returns when the user has
 // finished it. While it waits it spins the event pump (one step of the thread's
@@ -258,11 +260,55 @@ public:
     // The pick point and ray of a display cursor, which come in the active local system.
     void cursorADocumento(cursor_t& cursor) const;
 
-    // --- commands -------------------------------------------------------------------------
+    // --- vertex drags and marks (EditorDibujoArrastre.cpp) -----------------------------------
+    // The drag of one hot element: a modifier follows the cursor while "Seleccione nueva
+    // coordenada" waits; accepted, the entity keeps the point; refused, it goes back. False
+    // when there was nothing to drag or the wait was refused.
+    bool editaPunto(const elemento_seleccionado_t& elemento);
+    // Persistent marks on vertices inicio..fin (inclusive) of an entity of the drawing.
+    void marcaVerticesEntidad(Entidad* e, uint32_t inicio, uint32_t fin);
+    void quitaMarcasVerticesEntidad(Entidad* e);
+    // --- end of vertex drags and marks ---
+
+    // --- creation commands: points, lines, faces, planes, solids (EditorDibujoCreacion.cpp) --
     // Points until refused; the count made.
     int comandoPunto();
     // Lines from point to point until refused; the count made.
     int comandoLinea();
+    int comandoCara3D3();
+    int comandoCara3D4();
+    int comandoCara();
+    int comandoPlano();
+    bool comandoContornoPlano();
+    int comandoParalelaPlano();
+    int comandoPerpendicularPlano();
+    int comandoCubo();
+    int comandoModeloCubo();
+    int comandoModeloCilindro();
+    int comandoModeloEsfera();
+    int comandoConvierteObjeto3D();
+    // The material new faces and models take: 0 (none) on a new drawing and after a load.
+    int16_t materialActual() const;
+    void setMaterialActual(int16_t id);
+    // --- end of creation commands ---
+
+    // --- polylines and their merges (EditorDibujoPolilineas.cpp) ---------------------------
+    // Polylines from point to point with the options "Borrar" and "Cerrar"; with `unaSola`
+    // one polyline and back. `resultado` (when given) gets the last polyline made. The count
+    // made.
+    int comandoPolilinea(bool unaSola, bool cerrada, Polilinea** resultado);
+    int comandoPolilinea(bool unaSola = false, bool cerrada = false);
+    bool comandoFusionPolilineas(Polilinea* destino, Polilinea* origen, bool borraOrigen);
+    bool comandoFusionPolilineasNueva(Polilinea* destino, bool borraOrigen);
+    // --- end of polylines ---
+
+    // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
+    // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
+    void cortar();
+    void copiar();
+    void pegar();
+    bool comandoPropiedades();
+    // --- end of the property front and the clipboard ---
 
     float getFactorVertical() const { return factorVertical; }
     void setFactorVertical(float f) { factorVertical = f; }

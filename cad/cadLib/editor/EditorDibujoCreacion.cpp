@@ -71,3 +71,22 @@ int EditorDibujo::comandoLinea()
 }
 
 }  // namespace cad
+
+namespace cad
+{
+// PLACEHOLDER (helper 3 replaces these bodies).
+int EditorDibujo::comandoCara3D3() { return 0; }
+int EditorDibujo::comandoCara3D4() { return 0; }
+int EditorDibujo::comandoCara() { return 0; }
+int EditorDibujo::comandoPlano() { return 0; }
+bool EditorDibujo::comandoContornoPlano() { return false; }
+int EditorDibujo::comandoParalelaPlano() { return 0; }
+int EditorDibujo::comandoPerpendicularPlano() { return 0; }
+int EditorDibujo::comandoCubo() { return 0; }
+int EditorDibujo::comandoModeloCubo() { return 0; }
+int EditorDibujo::comandoModeloCilindro() { return 0; }
+int EditorDibujo::comandoModeloEsfera() { return 0; }
+int EditorDibujo::comandoConvierteObjeto3D() { return 0; }
+int16_t EditorDibujo::materialActual() const { return 0; }
+void EditorDibujo::setMaterialActual(int16_t) {}
+}  // namespace cad

@@ -1,0 +1,2 @@
+// PLACEHOLDER (helper 1 writes this file).
+#include "editor/ModificadorVertice.h"
