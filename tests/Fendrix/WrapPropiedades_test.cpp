@@ -1,0 +1,1 @@
+// PLACEHOLDER: a helper writes this file.
