@@ -58,6 +58,7 @@ void Dibujo::nuevoDocumento()
     vistas.vacia();
     vistaActual = new Vista();
     nuevoMaterial(1, 0xFFFFFFFF, 64.0F, "");
+    materialActual_ = 0;
     estiloTextoActual_ = new EstiloTexto();
     estiloTextoActual_->nombre = "standar";
     estiloTextoActual_->fuente = "";
@@ -240,6 +241,11 @@ std::vector<Entidad*> Dibujo::entidadesCercaPixel(PantallaCAD& p, int x, int y, 
         }
     }
     return r;
+}
+
+bool Dibujo::contieneEntidad(const Entidad* e) const
+{
+    return e != nullptr && std::find(entidades.begin(), entidades.end(), e) != entidades.end();
 }
 
 Entidad* Dibujo::buscaEntidad(int64_t handle) const
@@ -718,6 +724,11 @@ void Dibujo::borraMaterial(int16_t idMaterial)
             delete *it;
             materiales.erase(std::next(it).base());
             generadorId.liberaId(kFamiliaMateriales, idMaterial);
+            // The id goes back to the generator: the next material would inherit the choice.
+            if (materialActual_ == idMaterial)
+            {
+                materialActual_ = 0;
+            }
             break;
         }
     }

@@ -99,6 +99,9 @@ public:
     // Removes by address keeping the order; deletes when `borrar`. extension does not shrink.
     bool borraEntidad(Entidad* e, bool borrar);
     Entidad* buscaEntidad(int64_t handle) const;
+    // Whether `e` is one of this drawing's entities: a pointer a command or the host kept may
+    // name one deleted since.
+    bool contieneEntidad(const Entidad* e) const;
     // The entities of this drawing that the display finds in the pixel square x - t, y - t,
     // x + t, y + t, in the display's order. What the display hands back is matched to the list,
     // since it may still hold a scene painted before an entity went away; one pass over the
@@ -158,7 +161,12 @@ public:
     // path is longer than the file holds.
     bool nuevoMaterialId(int16_t idMaterial, int idExterno, uint32_t color, float brillo,
                          const std::string& textura);
+    // Also drops the current material when it is the one deleted.
     void borraMaterial(int16_t id);
+    // The material that new faces and models take: 0 (none) on a new drawing and after a
+    // load; never written to the file.
+    int16_t materialActual() const { return materialActual_; }
+    void setMaterialActual(int16_t idMaterial) { materialActual_ = idMaterial; }
     // False for a name already in use, or a name or font longer than the file can hold.
     bool nuevoEstiloTexto(EstiloTexto* estilo);
     EstiloTexto* buscaEstiloTexto(const char* nombre) const;
@@ -258,6 +266,7 @@ public:
     Entidad* ultimaEntidad = nullptr;
     Vista* vistaActual = nullptr;
     EstiloTexto* estiloTextoActual_ = nullptr;
+    int16_t materialActual_ = 0;
     bool referenciaGlobal = false;
     int32_t mascaraReferencias = 0;
     int32_t toleranciaReferencia = 20;  // pixels

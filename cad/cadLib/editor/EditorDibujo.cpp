@@ -1,5 +1,6 @@
 #include "editor/EditorDibujo.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
@@ -31,11 +32,9 @@ EditorDibujo::EditorDibujo(Dibujo* dibujo, PantallaCAD* pantalla)
 
 EditorDibujo::~EditorDibujo()
 {
-    for (auto& marca : marcasVertices)
-    {
-        delete marca.second;
-    }
+    // Marks and a drag left over are dropped without running: their entities may be gone.
     marcasVertices.clear();
+    modificadores.vacia();
     funcionActualiza = nullptr;
     if (dibujo_ != nullptr)
     {
@@ -222,9 +221,10 @@ void EditorDibujo::teclaPulsada(int codigo, bool shift, bool control, bool alt)
 void EditorDibujo::cancelaComando()
 {
     LineaComandos::cancelaComando();
+    // The drag goes back now, not when its wait sees the flag: the next paint must not
+    // move the entity again.
     std::lock_guard<std::recursive_mutex> guardia(seccionCritica);
-    // Vertex drags are not made by any command yet, so there is nothing to cancel in them.
-    modificadores.clear();
+    modificadores.cancela();
 }
 
 void EditorDibujo::deselecciona()
@@ -236,6 +236,62 @@ void EditorDibujo::deselecciona()
 
 // -------------------------------------------------------------------------------------------
 // Overlay
+
+namespace
+{
+
+// The drag is carried out here, by the paint pass, not by the wait: each modifier takes the
+// cursor, then the handles and their entities are painted on top. A modifier whose entity
+// left the drawing while the wait ran is passed over.
+void dibujaArrastre(EditorDibujo& editor, PantallaCAD& p, const cursor_t& cursor)
+{
+    if (editor.modificadores.empty())
+    {
+        return;
+    }
+    // Copies: a reactor called from a move may cancel the command and empty the list.
+    const auto activos = editor.modificadores.modificadores;
+    for (const auto& m : activos)
+    {
+        if (m->vigente())
+        {
+            m->modificaTemporal(cursor);
+        }
+    }
+    const auto restantes = editor.modificadores.modificadores;
+    const uint32_t color = Configuracion::instancia().color(Configuracion::kSeleccionado).ABGR();
+    for (const auto& m : restantes)
+    {
+        if (m->vigente())
+        {
+            m->dibuja(p, color);
+        }
+    }
+    for (const auto& m : restantes)
+    {
+        if (m->vigente())
+        {
+            m->entidad()->dibuja(p);
+        }
+    }
+}
+
+// The marks of the entities still in the drawing and on a visible layer (a mark must not
+// bring a hidden entity back on screen), each entity painted over its marks.
+void dibujaMarcasVertices(EditorDibujo& editor, PantallaCAD& p)
+{
+    for (const auto& [entidad, marcas] : editor.marcasVertices)
+    {
+        if (marcas.empty() || !editor.dibujo()->contieneEntidad(entidad) || !entidad->capaVisible())
+        {
+            continue;
+        }
+        marcas.dibuja(p);
+        entidad->dibuja(p);
+    }
+}
+
+}  // namespace
 
 void EditorDibujo::dibuja(PantallaCAD& p, bool entidadesDibujadas)
 {
@@ -267,6 +323,13 @@ void EditorDibujo::dibuja(PantallaCAD& p, bool entidadesDibujadas)
     p.setPrimerPlano(true);
     {
         std::lock_guard<std::recursive_mutex> guardia(seccionCritica);
+        // Drags and marks touch entities: they wait for a paint in which the drawing is not
+        // in mid-change on another thread. Editor lock first, then the drawing's.
+        std::unique_lock<std::recursive_mutex> documento(dibujo_->cerrojo(), std::try_to_lock);
+        if (documento.owns_lock())
+        {
+            dibujaArrastre(*this, p, cursor);
+        }
         if (dibujo_->mascaraReferencias != 0 && tipoMarcaReferencia != 0)
         {
             int simbolo = PantallaCAD::kMarcaPunto;
@@ -289,6 +352,11 @@ void EditorDibujo::dibuja(PantallaCAD& p, bool entidadesDibujadas)
             }
             p.dibujaMarca(marcaReferencia, simbolo,
                           configuracion.color(Configuracion::kMarcaReferencia).ABGR());
+        }
+        // A snap mask of exactly 32 keeps the screen clear of marks.
+        if (documento.owns_lock() && dibujo_->mascaraReferencias != 32)
+        {
+            dibujaMarcasVertices(*this, p);
         }
     }
     p.setPrimerPlano(false);

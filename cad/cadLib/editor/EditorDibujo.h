@@ -17,6 +17,7 @@
 #include "documento/SeleccionEntidades.h"
 #include "editor/LineaComandos.h"
 #include "editor/MenuContexto.h"
+#include "editor/ModificadorVertice.h"
 #include "entidades/SistemaLocal.h"
 #include "pantalla/PantallaCAD.h"
 
@@ -192,8 +193,7 @@ public:
     // Two raw clicks; a and b get pixel (x, y) pairs.
     bool getVentana(const char* prompt1, const char* prompt2, int* a, int* b);
     // Two points, with the snap settings as they are.
-    bool getVentana(const char* prompt1, const char* prompt2, Punto3<double>* a,
-                    Punto3<double>* b);
+    bool getVentana(const char* prompt1, const char* prompt2, Punto3<double>* a, Punto3<double>* b);
     bool getCirculo(const char* prompt1, const char* prompt2, Punto3<double>* centro,
                     double* radio);
     bool getCirculo(const char* prompt1, const char* prompt2, Punto3<double>* centro,
@@ -237,6 +237,10 @@ public:
     bool nuevaEntidad(Entidad* e);
     // The undoable deletion; the reactor may veto. No update notice.
     bool borraEntidad(Entidad* e);
+    // Takes an entity out of the drawing and destroys it with no undo step. Every step that
+    // names it goes too: a step left behind would bring a freed entity back on redo, or name a
+    // later entity that reuses its address.
+    void destruyeSinDeshacer(Entidad* e);
 
     // Layer helpers. Each returns false when the layer does not exist; the three that name a
     // layer refuse a name that admiteCadena refuses.
@@ -262,52 +266,173 @@ public:
 
     // --- vertex drags and marks (EditorDibujoArrastre.cpp) -----------------------------------
     // The drag of one hot element: a modifier follows the cursor while "Seleccione nueva
-    // coordenada" waits; accepted, the entity keeps the point; refused, it goes back. False
-    // when there was nothing to drag or the wait was refused.
+    // coordenada" waits (the paint pass moves the entity); accepted, the entity takes the
+    // point; refused or cancelled, it goes back. An edge or a face has no modifier: the wait
+    // runs and nothing moves. False, with no wait, when there is nothing to drag (no entity,
+    // index -1, an entity not in the drawing, or one on a locked layer, which is said on the
+    // text channel); otherwise the wait's result.
     bool editaPunto(const elemento_seleccionado_t& elemento);
-    // Persistent marks on vertices inicio..fin (inclusive) of an entity of the drawing.
+    // Marks hot points inicio..fin (inclusive, positions in the entity's hot point list) of
+    // an entity of the drawing; only vertices (kind 1) take a mark, and positions past the
+    // last point are skipped. The entity gets an entry even when nothing is marked. An
+    // entity not in the drawing is ignored.
     void marcaVerticesEntidad(Entidad* e, uint32_t inicio, uint32_t fin);
+    // Drops the entity's entry and its marks. The entity is not looked at, so this also
+    // clears the marks of one that no longer exists.
     void quitaMarcasVerticesEntidad(Entidad* e);
     // --- end of vertex drags and marks ---
 
-    // --- creation commands: points, lines, faces, planes, solids (EditorDibujoCreacion.cpp) --
+    // --- creation commands: points, lines, faces, planes (EditorDibujoCreacion.cpp), solids
+    // (EditorDibujoSolidos.cpp) ---------------------------------------------------------------
+    // Each asks for points until an answer is refused (Enter alone, a cancel, a command that
+    // displaces it) and returns how many entities it made; every entity made is one undo step.
     // Points until refused; the count made.
     int comandoPunto();
     // Lines from point to point until refused; the count made.
     int comandoLinea();
+    // A strip of triangles, each an Objeto3D of one face on the current material: after the
+    // third point every further point adds a triangle on the last two.
     int comandoCara3D3();
+    // One four-sided Objeto3D face on the current material, the parallelogram of three points.
     int comandoCara3D4();
+    // Points until refused, then one Plano fitted to them with them as its contour; the count
+    // of points, 0 (nothing made) with fewer than three.
     int comandoCara();
+    // Planes point by point: the plane appears at the second point and grows with each one; a
+    // plane left with fewer than three points is destroyed with no undo step. The count made.
     int comandoPlano();
+    // A plane, then a polyline of three or more points that becomes its contour; the polyline
+    // is destroyed with no undo step. False when refused or nothing changed.
     bool comandoContornoPlano();
+    // A plane, then a point or a typed distance: a copy moved along the normal. Repeats.
     int comandoParalelaPlano();
+    // A plane and a line: a new plane through the line's midpoint, square to the first and
+    // holding the line, with the first one's layer, colour and line style. Repeats.
     int comandoPerpendicularPlano();
+    // Boxes by corner, opposite corner and height, in the active local system. Points only.
     int comandoCubo();
+    // The same as Prisma models on the current material; a number answers the height.
     int comandoModeloCubo();
+    // Cylinders by centre, radius and height on the current material; a number answers the
+    // radius (along X) or the height (along Z).
     int comandoModeloCilindro();
+    // Spheres by centre and radius on the current material; a number answers the radius.
     int comandoModeloEsfera();
+    // Picks until refused (a right click or a cancel; Enter is no answer to a pick), then each
+    // picked plane of three or more points, cylinder, model box or sphere becomes an Objeto3D
+    // with its layer, colour and line style and the current material. The source is destroyed
+    // with no undo step, and only after the host accepted the new object. The count made.
     int comandoConvierteObjeto3D();
     // The material new faces and models take: 0 (none) on a new drawing and after a load.
+    // An id that is neither 0 nor a material of the drawing is ignored.
     int16_t materialActual() const;
     void setMaterialActual(int16_t id);
     // --- end of creation commands ---
 
     // --- polylines and their merges (EditorDibujoPolilineas.cpp) ---------------------------
     // Polylines from point to point with the options "Borrar" and "Cerrar"; with `unaSola`
-    // one polyline and back. `resultado` (when given) gets the last polyline made. The count
-    // made.
+    // one polyline and back. `resultado` (when given) gets the last polyline made. Enter ends
+    // a polyline and asks for the next; a cancel keeps what was drawn and ends the command.
+    // Each polyline is one undo step. The count made.
     int comandoPolilinea(bool unaSola, bool cerrada, Polilinea** resultado);
     int comandoPolilinea(bool unaSola = false, bool cerrada = false);
+    // Merges the open `origen` into `destino` (a polygon merge when `destino` is flagged
+    // closed, else a chain merge), announcing each vertex change to the edit reactor; a null
+    // argument is picked by the user first. Not undoable, except the deletion of `origen`
+    // when `borraOrigen`. False, with both highlights cleared, for the same polyline twice, a
+    // closed or self-crossing `origen`, a `destino` of fewer than two vertices, or a refusal.
     bool comandoFusionPolilineas(Polilinea* destino, Polilinea* origen, bool borraOrigen);
+    // Draws one polyline (as comandoPolilinea) and merges it into `destino` (picked first when
+    // null). False when no polyline was drawn or the merge refused it.
     bool comandoFusionPolilineasNueva(Polilinea* destino, bool borraOrigen);
     // --- end of polylines ---
 
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
+    // One clipboard for the process, so that entities travel between drawings. copiar takes
+    // copies of the selected and highlighted entities with the materials they use, by
+    // value; cortar also deletes the originals, one undo step each; pegar inserts fresh
+    // copies (undoable, offered to the insertion reactor) and can be repeated. Pasting adds
+    // a material the drawing lacks and reuses an equal one; a layer the drawing lacks
+    // becomes the current layer. An empty clipboard pastes nothing; copying with nothing
+    // selected keeps what the clipboard held.
     void cortar();
     void copiar();
     void pegar();
+    // Asks for an entity and calls the property viewer with it highlighted for the call.
+    // Whether one was picked.
     bool comandoPropiedades();
+
+    // The editor's own sheet, shown when nothing is selected: category "General" with row 0
+    // "Entidad" (read-only, "Sin selección") and row 1 "Capa", an Enumerado of the layers
+    // holding the current one; writing it changes the current layer.
+    int numeroCategorias() const override;
+    std::string nombreCategoria(int categoria) const override;
+    int numeroPropiedadesCategoria(int categoria) const override;
+    bool getPropiedad(int categoria, int indice, Prop& p) const override;
+    bool setPropiedad(int categoria, int indice, const Prop& p) override;
+    int numeroValoresEnumerados(int categoria, int indice) const override;
+    bool valorEnumerado(int categoria, int indice, int i, std::string& texto) const override;
+    bool getEnumerado(int categoria, int indice, int& i) const override;
+    bool setEnumerado(int categoria, int indice, int i) override;
+    int numeroElementosLista(int categoria, int indice) const override;
+    bool getElementoLista(int categoria, int indice, int i, double& x, double& y,
+                          double& z) const override;
+    bool setElementoLista(int categoria, int indice, int i, const double* xyz) override;
+
+    // The sheet of an entity by pointer. A pointer that is not in the drawing (null, deleted)
+    // gets the editor's own sheet for reading and changes nothing. The layer row ("Capa",
+    // category 0 index 1) goes through the layer list: its choices are the drawing's layers,
+    // and a write is an undoable change to an existing layer (an unknown name changes
+    // nothing). A material row's text becomes the material's name: its texture's file name,
+    // else its id. A successful write marks the drawing changed and sends kControl; a write
+    // to a coordinate list also marks the edited vertex on the display.
+    int numeroCategorias(Entidad* e) const;
+    std::string nombreCategoria(Entidad* e, int categoria) const;
+    int numeroPropiedadesCategoria(Entidad* e, int categoria) const;
+    bool getPropiedad(Entidad* e, int categoria, int indice, Prop& p) const;
+    bool setPropiedad(Entidad* e, int categoria, int indice, const Prop& p);
+    int numeroValoresEnumerados(Entidad* e, int categoria, int indice) const;
+    bool valorEnumerado(Entidad* e, int categoria, int indice, int i, std::string& texto) const;
+    bool getEnumerado(Entidad* e, int categoria, int indice, int& i) const;
+    bool setEnumerado(Entidad* e, int categoria, int indice, int i);
+    int numeroElementosLista(Entidad* e, int categoria, int indice) const;
+    bool getElementoLista(Entidad* e, int categoria, int indice, int i, double& x, double& y,
+                          double& z) const;
+    // `xyz` points to three doubles; null changes nothing.
+    bool setElementoLista(Entidad* e, int categoria, int indice, int i, const double* xyz);
+
+    // The same by host handle; an unknown handle is no entity. getPropiedad also gives the
+    // material's idExterno and shows the layer row as an Enumerado. setPropiedad first
+    // stores the Prop's idExterno into its material; on the layer row it changes the
+    // entity's layer (undoable) and, with or without an entity, the current layer too; a
+    // write that was taken marks the drawing changed; kControl goes in any case.
+    int numeroCategorias(int64_t handle) const;
+    std::string nombreCategoria(int64_t handle, int categoria) const;
+    int numeroPropiedadesCategoria(int64_t handle, int categoria) const;
+    bool getPropiedad(int64_t handle, int categoria, int indice, Prop& p) const;
+    bool setPropiedad(int64_t handle, int categoria, int indice, const Prop& p);
+    int numeroValoresEnumerados(int64_t handle, int categoria, int indice) const;
+    bool valorEnumerado(int64_t handle, int categoria, int indice, int i, std::string& texto) const;
+    bool getEnumerado(int64_t handle, int categoria, int indice, int& i) const;
+    // On the layer row, the same as setPropiedad with that layer's name.
+    bool setEnumerado(int64_t handle, int categoria, int indice, int i);
+    int numeroElementosLista(int64_t handle, int categoria, int indice) const;
+    bool getElementoLista(int64_t handle, int categoria, int indice, int i, double& x, double& y,
+                          double& z) const;
+    bool setElementoLista(int64_t handle, int categoria, int indice, int i, const double* xyz);
+
+    // By the row's name, compared without regard to ASCII case; the first match in sheet
+    // order wins. False for an unknown handle or name. Reads convert the row's text (atof,
+    // atoi). Writes format the value first, so a double keeps three significant digits; a
+    // write to "Color" takes the value as a packed colour, one to "Capa" is the undoable
+    // layer change.
+    bool getPropiedad(int64_t handle, const std::string& nombre, double& valor) const;
+    bool getPropiedad(int64_t handle, const std::string& nombre, int& valor) const;
+    bool getPropiedad(int64_t handle, const std::string& nombre, std::string& valor) const;
+    bool setPropiedad(int64_t handle, const std::string& nombre, double valor);
+    bool setPropiedad(int64_t handle, const std::string& nombre, int valor);
+    bool setPropiedad(int64_t handle, const std::string& nombre, const std::string& valor);
     // --- end of the property front and the clipboard ---
 
     float getFactorVertical() const { return factorVertical; }
@@ -316,8 +441,11 @@ public:
     Dibujo* dibujo_;
     PantallaCAD* pantalla_;
     LineaElastica* lineaElastica = nullptr;
-    std::vector<ModificadorVertice*> modificadores;
-    std::map<Entidad*, std::vector<ModificadorVertice*>*> marcasVertices;
+    ListaModificadores modificadores;  // the drag in progress
+    // Persistent vertex marks per entity. An entry may outlive its entity (deleted, or the
+    // drawing reloaded): it is then never painted, and only quitaMarcasVerticesEntidad,
+    // which does not look at the entity, removes it.
+    std::map<Entidad*, ListaModificadores> marcasVertices;
     float factorVertical = 1.0F;
     std::vector<Comando*> comandosDeshacer;
     std::vector<Comando*> comandosRehacer;

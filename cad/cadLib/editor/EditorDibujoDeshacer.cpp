@@ -9,6 +9,48 @@
 namespace cad
 {
 
+namespace
+{
+
+// The undo steps that name `e` go, so that no step keeps the address of an entity that is
+// destroyed without undo (an address a later entity may reuse). Steps that name it hold it
+// in the drawing, never as its owner, so dropping them frees nothing.
+void olvidaEnPasos(std::vector<Comando*>& pila, const Entidad* e)
+{
+    for (auto it = pila.begin(); it != pila.end();)
+    {
+        Comando* c = *it;
+        bool nombra = false;
+        if (auto* n = dynamic_cast<ComandoNuevaEntidad*>(c))
+        {
+            nombra = n->entidad == e;
+        }
+        else if (auto* b = dynamic_cast<ComandoBorraEntidad*>(c))
+        {
+            nombra = b->entidad == e;
+        }
+        else if (auto* m = dynamic_cast<ComandoMoverEntidad*>(c))
+        {
+            nombra = m->entidad == e;
+        }
+        else if (auto* k = dynamic_cast<ComandoCapa*>(c))
+        {
+            std::erase(k->entidades, e);
+        }
+        if (nombra)
+        {
+            delete c;
+            it = pila.erase(it);
+        }
+        else
+        {
+            ++it;
+        }
+    }
+}
+
+}  // namespace
+
 // -------------------------------------------------------------------------------------------
 // Undo
 
@@ -78,6 +120,14 @@ bool EditorDibujo::nuevaEntidad(Entidad* e)
     registraComando(new ComandoNuevaEntidad(dibujo_, e));
     actualiza(kControl, false);
     return true;
+}
+
+void EditorDibujo::destruyeSinDeshacer(Entidad* e)
+{
+    olvidaEnPasos(comandosDeshacer, e);
+    olvidaEnPasos(comandosRehacer, e);
+    quitaMarcasVerticesEntidad(e);
+    dibujo_->borraEntidad(e, true);
 }
 
 bool EditorDibujo::borraEntidad(Entidad* e)
