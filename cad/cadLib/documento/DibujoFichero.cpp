@@ -231,6 +231,8 @@ bool Dibujo::lee(SerializadorLecturaBase& r)
     // From here the lists are replaced, layers first: whatever pointed into the former
     // contents (undo steps) must know, even if the read stops before the entities.
     ++entidades.generacion;
+    // The current material is a choice of the session, not of the file.
+    materialActual_ = 0;
     // However the read ends, the current layer and style point into the lists that stand
     // then, never at items the read deleted.
     struct Reparacion
