@@ -558,10 +558,69 @@ public:
     // --- end of vertex marks ---
 
     // --- property sheets and the clipboard (WrapDibujoCADPropiedades.cpp) -----------------
+    // The clipboard is the process's: a copy made here pastes into another facade's drawing,
+    // with the materials it uses.
     void cortar();
     void copiar();
     void pegar();
     bool comandoPropiedades();
+
+    // The sheet of the entity `handle`; an unknown or zero handle gives the editor's own
+    // sheet ("Entidad" reading "Sin selección", "Capa" the current layer). With no editor:
+    // 0, "" or false, and nothing changed.
+    int32_t numeroCategorias(int64_t handle);
+    std::string nombreCategoria(int64_t handle, int32_t categoria);
+    int32_t numeroPropiedadesCategoria(int64_t handle, int32_t categoria);
+    // A row's name, kind, text and read-only flag (advice: the sheet decides on a write).
+    bool getPropiedad(int64_t handle, int32_t categoria, int32_t indice, std::string& nombre,
+                      tipoPropiedad& tipo, std::string& valor, bool& soloLectura);
+    // The same and, for a colour, the layer's colour (alpha, red, green, blue from high to
+    // low); `colorPorCapa` becomes 0 when the colour is by layer and is left as it was
+    // otherwise.
+    bool getPropiedad(int64_t handle, int32_t categoria, int32_t indice, std::string& nombre,
+                      tipoPropiedad& tipo, std::string& valor, bool& soloLectura,
+                      int32_t& colorPorCapa, uint32_t& colorCapa);
+    // The same and, for a material, its id and the host's id of it.
+    bool getPropiedad(int64_t handle, int32_t categoria, int32_t indice, std::string& nombre,
+                      tipoPropiedad& tipo, std::string& valor, bool& soloLectura, int16_t& material,
+                      int32_t& idbd);
+    // The same and x, y, z of a coordinate, vector or orientation, in a new array of three.
+    bool getPropiedad(int64_t handle, int32_t categoria, int32_t indice, std::string& nombre,
+                      tipoPropiedad& tipo, std::string& valor, bool& soloLectura,
+                      std::vector<double>& coordenadas);
+    // By the row's name, ASCII case aside; false for an unknown handle or name.
+    bool getPropiedad(int64_t handle, const std::string& nombre, double& valor);
+    bool getPropiedad(int64_t handle, const std::string& nombre, int32_t& valor);
+    bool getPropiedad(int64_t handle, const std::string& nombre, std::string& valor);
+    // Writes a row from its text; the row's other fields are taken as they stand. A colour's
+    // text is the packed colour (alpha, red, green, blue from high to low). On the layer row
+    // it moves the entity to that layer (undoable) and makes the layer current.
+    bool setPropiedad(int64_t handle, int32_t categoria, int32_t indice, const std::string& valor);
+    // A colour by palette index (0 to 255, 256 by layer), or by `valor` when `indiceColor` is
+    // -1.
+    bool setPropiedad(int64_t handle, int32_t categoria, int32_t indice, const std::string& valor,
+                      int32_t indiceColor);
+    // A material row: the material's id, and the host's id to store into that material.
+    bool setPropiedad(int64_t handle, int32_t categoria, int32_t indice, int16_t material,
+                      int32_t idbd);
+    // A coordinate, vector or orientation: the first three numbers; fewer change nothing.
+    bool setPropiedad(int64_t handle, int32_t categoria, int32_t indice,
+                      const std::vector<double>& coordenadas);
+    // By name: a double keeps three significant digits on its way in.
+    bool setPropiedad(int64_t handle, const std::string& nombre, double valor);
+    bool setPropiedad(int64_t handle, const std::string& nombre, int32_t valor);
+    bool setPropiedad(int64_t handle, const std::string& nombre, const std::string& valor);
+    int32_t numeroValoresEnumerados(int64_t handle, int32_t categoria, int32_t indice);
+    bool valorEnumerado(int64_t handle, int32_t categoria, int32_t indice, int32_t i,
+                        std::string& valor);
+    bool getEnumerado(int64_t handle, int32_t categoria, int32_t indice, int32_t& i);
+    bool setEnumerado(int64_t handle, int32_t categoria, int32_t indice, int32_t i);
+    int32_t numeroElementosLista(int64_t handle, int32_t categoria, int32_t indice);
+    bool getElementoLista(int64_t handle, int32_t categoria, int32_t indice, int32_t i, double& x,
+                          double& y, double& z);
+    // `xyz`: three doubles of the caller's memory, taken as they are; null changes nothing.
+    bool setElementoLista(int64_t handle, int32_t categoria, int32_t indice, int32_t i,
+                          const double* xyz);
     // --- end of property sheets and the clipboard ---
     bool comandoSeleccionaEntidades(const std::string& mensaje1, const std::string& mensaje2,
                                     tipoSeleccion tipo);
