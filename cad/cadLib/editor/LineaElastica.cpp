@@ -253,9 +253,8 @@ void LineaElastica::dibujaPendiente(PantallaCAD& p, const Punto3<double>& movil)
     // factorVertical times higher, so the rise shown is the drawn one scaled back.
     const Punto3<double>& a = anclas.back();
     linea(p, a, movil);
-    const double factor =
-        std::max(static_cast<double>(editor->factorVertical),
-                 static_cast<double>(std::numeric_limits<float>::epsilon()));
+    const double factor = std::max(static_cast<double>(editor->factorVertical),
+                                   static_cast<double>(std::numeric_limits<float>::epsilon()));
     const double avance = movil.x - a.x;
     const double subida = (movil.y - a.y) / factor;
     if (std::fabs(avance) < 0.001 || std::fabs(subida) < 0.001 ||
@@ -272,9 +271,9 @@ void LineaElastica::dibujaPendiente(PantallaCAD& p, const Punto3<double>& movil)
     char texto[64];
     std::snprintf(texto, sizeof texto, "%0.2lf%%", subida / avance * 100.0);
     // Top left when the anchor lies to the left, so the text hangs clear of the line.
-    const int alineacion = avance > 0.0 ? PantallaCAD::kAlineacionVerticalSup
-                                        : PantallaCAD::kAlineacionVerticalSup +
-                                              PantallaCAD::kAlineacionHorizontalDer;
+    const int alineacion =
+        avance > 0.0 ? PantallaCAD::kAlineacionVerticalSup
+                     : PantallaCAD::kAlineacionVerticalSup + PantallaCAD::kAlineacionHorizontalDer;
     p.dibujaTexto(movil, texto, color, alineacion, alturaTexto, 0.0F, kFuente, 0, nullptr);
 }
 

@@ -28,7 +28,8 @@ namespace tarvelo
 // names an order. While a command of the editor waits, the kernel pumps the same queue from
 // inside the command, so the next line answers its prompt; a line "/nombre" runs an order
 // from inside the wait (an interactive one displaces the command that waits), "esc"
-// cancels and "clic X Y" clicks a pixel.
+// cancels and "clic X Y" clicks a pixel; "clic X Y derecho" clicks with the right button,
+// which ends a prompt for entities, where Enter means nothing.
 //
 // Not thread-safe: everything runs on the thread that calls ejecuta or entraLinea.
 class Sesion
@@ -91,16 +92,6 @@ public:
     std::function<void()> alCambiarDibujo;
 
 private:
-    // What the last line given to a waiting command was; a wait of the facade ends with
-    // false for Enter, a cancel and a displacement alike, and only the host knows which.
-    enum class respuesta_e
-    {
-        kOtra,
-        kIntro,
-        kCancela,
-        kOrden
-    };
-
     struct orden_t
     {
         std::string nombre;
@@ -130,8 +121,11 @@ private:
     // Runs an order line; `desdeEspera` when it came as "/nombre" inside a wait.
     void ejecutaOrden(const std::string& texto, bool desdeEspera);
     void ejecutaPalabras(const std::vector<std::string>& palabras, bool desdeEspera);
-    // Parses "clic X Y"; false, after writing why, for anything else.
-    bool leeClic(const std::vector<std::string>& palabras, int& x, int& y);
+    // Parses "clic X Y [derecho]" into the pixel and the display's button; false, after
+    // writing why, for anything else.
+    bool leeClic(const std::vector<std::string>& palabras, int& x, int& y, int& boton);
+    // A whole decimal integer, or false; for clicks and for the orders' arguments alike.
+    static bool entero(const std::string& texto, long& valor);
     // Marks the session failed; under detieneAlFallar it also starts the way out.
     void falla();
 
@@ -152,11 +146,20 @@ private:
     // Writes what an undo or redo changed, comparing the lists before and after.
     void cuentaCambios(const char* que, const std::vector<std::pair<int64_t, std::string>>& antes);
 
-    // The orders.
+    // The orders, in SesionOrdenes.cpp. Those of the kernel's commands print what the
+    // command gives back: a count, or whether it ended well.
     void creaOrdenes();
-    bool ordenPunto();
-    bool ordenLinea();
-    bool ordenPolilinea();
+    // Appends a group of orders under the title `ayuda` shows above them.
+    void agregaGrupo(const char* titulo, std::vector<orden_t> grupo);
+    // Writes "N <singular|plural>" and succeeds: a command that made nothing is no failure.
+    bool informa(long n, const char* singular, const char* plural);
+    bool ordenPolilinea(const std::vector<std::string>& argumentos);
+    // The two merges; `nueva` draws the source polyline instead of picking it.
+    bool ordenFusiona(const std::vector<std::string>& argumentos, bool nueva);
+    // Copy, cut and paste of the selection through the kernel's clipboard.
+    bool ordenPortapapeles(const std::string& cual);
+    bool ordenMaterial(const std::vector<std::string>& argumentos);
+    bool ordenMateriales();
     bool ordenSelecciona();
     bool ordenDeshacer(bool rehacer);
     bool ordenGuarda(const std::vector<std::string>& argumentos);
@@ -182,11 +185,12 @@ private:
     Fendrix::WrapDibujoCAD dibujo;
 
     std::vector<orden_t> ordenes;
+    // Where each group of `ordenes` starts, with its title.
+    std::vector<std::pair<size_t, std::string>> grupos;
     std::string ficheroActual;
     int numeroLinea = 0;
     // Orders running now; more than one when an order was started from inside a wait.
     int profundidad = 0;
-    respuesta_e ultimaRespuesta = respuesta_e::kOtra;
     // Set by `sal`, the end of the input or a failure that stops: each step then cancels
     // the command that waits, and with none the main loop ends.
     bool terminando = false;

@@ -1,0 +1,393 @@
+// The command-line host's creation orders played as `tarvelo guion` plays a script: each
+// script under cad/hosts/tarvelo/pruebas must give its transcript exactly (prompts, option
+// markers, counts, Enter and esc), leave in the files it saves the entities its commands
+// describe, and undo and redo them byte for byte.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Fendrix/Fendrix.h"
+#include "Sesion.h"
+#include "documento/Dibujo.h"
+#include "entidades/Cilindro.h"
+#include "entidades/Cubo.h"
+#include "entidades/Entidad.h"
+#include "entidades/Esfera.h"
+#include "entidades/Objeto3D.h"
+#include "entidades/Plano.h"
+#include "entidades/Polilinea.h"
+#include "entidades/Prisma.h"
+#include "modelo/Modelo3D.h"
+#include "soporte/FicheroTemporal.h"
+
+namespace
+{
+
+namespace fs = std::filesystem;
+using cad::Punto3;
+using puntos_t = std::vector<Punto3<double>>;
+
+std::string leeTexto(const fs::path& ruta)
+{
+    std::ifstream f(ruta, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(f), {});
+}
+
+// Puts the working directory back however the test ends.
+struct CarpetaDeTrabajo
+{
+    explicit CarpetaDeTrabajo(const fs::path& carpeta) : anterior(fs::current_path())
+    {
+        fs::current_path(carpeta);
+    }
+    ~CarpetaDeTrabajo() { fs::current_path(anterior); }
+    CarpetaDeTrabajo(const CarpetaDeTrabajo&) = delete;
+    CarpetaDeTrabajo& operator=(const CarpetaDeTrabajo&) = delete;
+    fs::path anterior;
+};
+
+// Plays pruebas/NOMBRE.txt as `tarvelo guion` does, in a fresh working folder that it
+// returns, and checks the transcript against pruebas/NOMBRE.esperado; on a difference the
+// transcript it gave is left in that folder as NOMBRE.obtenido.
+fs::path juega(const std::string& nombre)
+{
+    const fs::path carpeta = cad::prueba::rutaTemporal("guion-" + nombre);
+    fs::create_directories(carpeta);
+    const fs::path pruebas = CAD_TARVELO_PRUEBAS;
+    std::ifstream guion(pruebas / (nombre + ".txt"));
+    EXPECT_TRUE(guion.good()) << nombre << ".txt";
+    std::ostringstream salida;
+    int codigo = -1;
+    {
+        const CarpetaDeTrabajo enCarpeta(carpeta);
+        tarvelo::Sesion::opciones_t opciones;
+        opciones.eco = true;
+        opciones.detieneAlFallar = true;
+        tarvelo::Sesion sesion(guion, salida, opciones);
+        codigo = sesion.ejecuta();
+    }
+    EXPECT_EQ(codigo, 0);
+    const std::string esperado = leeTexto(pruebas / (nombre + ".esperado"));
+    EXPECT_EQ(salida.str(), esperado) << "transcript left in " << carpeta / (nombre + ".obtenido");
+    if (salida.str() != esperado)
+    {
+        std::ofstream(carpeta / (nombre + ".obtenido"), std::ios::binary) << salida.str();
+    }
+    return carpeta;
+}
+
+// Two files' bytes, told apart by their sizes and first differing offset.
+::testing::AssertionResult mismosBytes(const std::vector<uint8_t>& a, const std::vector<uint8_t>& b)
+{
+    if (a == b)
+    {
+        return ::testing::AssertionSuccess();
+    }
+    const auto d = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+    return ::testing::AssertionFailure() << a.size() << " and " << b.size()
+                                         << " bytes, differing from byte " << (d.first - a.begin());
+}
+
+// The undo of one command, saved by the script around it as PREFIJO_antes (when the
+// command only adds), _hecho, _deshecho and _rehecho: undo gives back the bytes from before
+// it, redo the bytes from after it.
+void compruebaDeshacer(const fs::path& p, const std::string& prefijo)
+{
+    const auto bytes = [&](const char* cual)
+    {
+        const fs::path ruta = p / (prefijo + "_" + cual + ".cad");
+        EXPECT_TRUE(fs::exists(ruta)) << ruta;
+        return cad::prueba::leeFichero(ruta.string());
+    };
+    const auto hecho = bytes("hecho");
+    EXPECT_TRUE(mismosBytes(hecho, bytes("rehecho"))) << prefijo << ": redo differs";
+    const auto deshecho = bytes("deshecho");
+    EXPECT_FALSE(mismosBytes(hecho, deshecho)) << prefijo << ": undo changed nothing";
+    if (fs::exists(p / (prefijo + "_antes.cad")))
+    {
+        EXPECT_TRUE(mismosBytes(bytes("antes"), deshecho)) << prefijo << ": undo left a trace";
+    }
+}
+
+// A saved drawing read back by the kernel.
+struct Leido
+{
+    explicit Leido(const fs::path& ruta) : fachada(nullptr, nullptr)
+    {
+        fachada.nuevoDocumento();
+        EXPECT_TRUE(fachada.lee(ruta.string())) << ruta;
+    }
+    // The entities of one file tag, in list order.
+    template <typename T>
+    std::vector<const T*> de(const char* tag) const
+    {
+        std::vector<const T*> v;
+        for (const cad::Entidad* e : fachada.mDibujo->entidades)
+        {
+            if (std::string(e->etiqueta()) == tag)
+            {
+                v.push_back(dynamic_cast<const T*>(e));
+                EXPECT_NE(v.back(), nullptr) << tag;
+            }
+        }
+        return v;
+    }
+    size_t cuantas() const { return fachada.mDibujo->entidades.size(); }
+    Fendrix::WrapDibujoCAD fachada;
+};
+
+puntos_t puntos(const cad::Entidad* e)
+{
+    puntos_t v;
+    if (e != nullptr)
+    {
+        e->coordenadas(v);
+    }
+    return v;
+}
+
+// Typed coordinates come back exactly; the kernel's winding of a face is its own choice, so
+// faces and contours compare as sets where the order is not the command's to keep.
+::testing::AssertionResult mismosPuntos(puntos_t a, puntos_t b, bool enOrden)
+{
+    const auto menor = [](const Punto3<double>& p, const Punto3<double>& q)
+    { return std::tie(p.x, p.y, p.z) < std::tie(q.x, q.y, q.z); };
+    if (!enOrden)
+    {
+        std::sort(a.begin(), a.end(), menor);
+        std::sort(b.begin(), b.end(), menor);
+    }
+    const auto texto = [](const puntos_t& v)
+    {
+        std::ostringstream s;
+        for (const auto& p : v)
+        {
+            s << "(" << p.x << "," << p.y << "," << p.z << ")";
+        }
+        return s.str();
+    };
+    if (a == b)
+    {
+        return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << texto(a) << " vs " << texto(b);
+}
+
+// Polyline: Borrar down to nothing drops the entity, Cerrar shows from the third vertex,
+// both by their capitals; `una` stops after one, `cerrada` closes it, and a cancel keeps
+// what was drawn. Undo takes the closed polyline away and redo brings it back.
+TEST(GuionCreacion, polilineaConSusOpciones)
+{
+    const fs::path p = juega("creacion_polilinea");
+    compruebaDeshacer(p, "polilinea");
+    const Leido hecho(p / "polilinea_hecho.cad");
+    const auto hechas = hecho.de<cad::Polilinea>("Pg1");
+    ASSERT_EQ(hechas.size(), 1U);
+    EXPECT_TRUE(hechas[0]->cerrada);
+    EXPECT_TRUE(mismosPuntos(puntos(hechas[0]), {{0, 100, 0}, {10, 100, 0}, {20, 110, 0}}, true));
+
+    const Leido final(p / "final.cad");
+    const auto todas = final.de<cad::Polilinea>("Pg1");
+    ASSERT_EQ(todas.size(), 3U);
+    EXPECT_TRUE(todas[1]->cerrada);
+    EXPECT_TRUE(mismosPuntos(puntos(todas[1]), {{0, 200, 0}, {50, 200, 0}, {50, 250, 0}}, true));
+    EXPECT_FALSE(todas[2]->cerrada);
+    EXPECT_TRUE(mismosPuntos(puntos(todas[2]), {{0, 300, 0}, {10, 300, 0}}, true));
+}
+
+// Merge: a bump that crosses an open polyline twice replaces the stretch between the
+// crossings; a polyline merged with itself is refused; a drawn source merged and deleted
+// comes back with undo.
+TEST(GuionCreacion, fusionDePolilineas)
+{
+    const fs::path p = juega("creacion_fusiona");
+    const Leido fusion(p / "fusion.cad");
+    const auto lineas = fusion.de<cad::Polilinea>("Pg1");
+    ASSERT_EQ(lineas.size(), 2U);
+    EXPECT_TRUE(mismosPuntos(
+        puntos(lineas[0]),
+        {{0, 100, 0}, {100, 100, 0}, {100, 150, 0}, {300, 150, 0}, {300, 100, 0}, {400, 100, 0}},
+        true));
+    const Leido nueva(p / "nueva.cad");
+    const auto conNueva = nueva.de<cad::Polilinea>("Pg1");
+    ASSERT_EQ(conNueva.size(), 3U);  // the drawn source is gone
+    EXPECT_TRUE(mismosPuntos(
+        puntos(conNueva[2]),
+        {{0, 300, 0}, {100, 300, 0}, {100, 320, 0}, {200, 320, 0}, {200, 300, 0}, {400, 300, 0}},
+        true));
+}
+
+// Triangle strip: four points give two faces, the second over the last three points; Enter
+// at the first prompt and a cancel after two points give none.
+TEST(GuionCreacion, cara3dEnTira)
+{
+    const fs::path p = juega("creacion_cara3d");
+    compruebaDeshacer(p, "cara3d");
+    const Leido hecho(p / "cara3d_hecho.cad");
+    const auto caras = hecho.de<cad::Objeto3D>("Ob1");
+    ASSERT_EQ(caras.size(), 2U);
+    EXPECT_TRUE(mismosPuntos(puntos(caras[0]), {{0, 0, 0}, {100, 0, 0}, {0, 100, 0}}, false));
+    EXPECT_TRUE(mismosPuntos(puntos(caras[1]), {{100, 0, 0}, {0, 100, 0}, {100, 100, 5}}, false));
+    for (const cad::Objeto3D* o : caras)
+    {
+        EXPECT_EQ(o->modelo->caras().size(), 1U);
+    }
+}
+
+// Parallelogram by three corners, the fourth at P3 + (P1 - P2), with the current material.
+TEST(GuionCreacion, cara3d4ConElMaterialActual)
+{
+    const fs::path p = juega("creacion_cara3d4");
+    compruebaDeshacer(p, "cara3d4");
+    const Leido hecho(p / "cara3d4_hecho.cad");
+    const auto caras = hecho.de<cad::Objeto3D>("Ob1");
+    ASSERT_EQ(caras.size(), 1U);
+    EXPECT_TRUE(
+        mismosPuntos(puntos(caras[0]), {{0, 0, 0}, {100, 0, 0}, {120, 50, 0}, {20, 50, 0}}, false));
+    EXPECT_EQ(caras[0]->material(), 1);
+}
+
+// A plane fitted to the given points, which become its contour; two points make nothing.
+TEST(GuionCreacion, caraAjustaUnPlano)
+{
+    const fs::path p = juega("creacion_cara");
+    compruebaDeshacer(p, "cara");
+    const Leido hecho(p / "cara_hecho.cad");
+    const auto planos = hecho.de<cad::Plano>("Pn1");
+    ASSERT_EQ(planos.size(), 1U);
+    EXPECT_TRUE(mismosPuntos(puntos(planos[0]),
+                             {{0, 0, 0}, {100, 0, 0}, {100, 100, 10}, {0, 100, 10}}, true));
+}
+
+// Planes by their contour: one of three points kept, one of two dropped.
+TEST(GuionCreacion, planoPorSuContorno)
+{
+    const fs::path p = juega("creacion_plano");
+    compruebaDeshacer(p, "plano");
+    const Leido hecho(p / "plano_hecho.cad");
+    const auto planos = hecho.de<cad::Plano>("Pn1");
+    ASSERT_EQ(planos.size(), 1U);
+    EXPECT_EQ(hecho.cuantas(), 1U);
+    EXPECT_TRUE(mismosPuntos(puntos(planos[0]), {{0, 0, 0}, {100, 0, 0}, {100, 100, 0}}, true));
+}
+
+// The polyline's points become the plane's contour and the polyline goes.
+TEST(GuionCreacion, contornoPlanoDeUnaPolilinea)
+{
+    const fs::path p = juega("creacion_contornoplano");
+    const Leido final(p / "final.cad");
+    EXPECT_TRUE(final.de<cad::Polilinea>("Pg1").empty());
+    const auto planos = final.de<cad::Plano>("Pn1");
+    ASSERT_EQ(planos.size(), 1U);
+    EXPECT_TRUE(mismosPuntos(puntos(planos[0]),
+                             {{200, 200, 0}, {300, 200, 0}, {300, 300, 0}, {200, 300, 0}}, true));
+}
+
+// Copies along the normal: by a typed distance, and by a point's distance from the plane.
+TEST(GuionCreacion, paralelaPlanoPorDistanciaYPorPunto)
+{
+    const fs::path p = juega("creacion_paralelaplano");
+    compruebaDeshacer(p, "paralelaplano");
+    const Leido hecho(p / "paralelaplano_hecho.cad");
+    const auto planos = hecho.de<cad::Plano>("Pn1");
+    ASSERT_EQ(planos.size(), 4U);
+    EXPECT_TRUE(mismosPuntos(puntos(planos[2]), {{0, 0, 10}, {100, 0, 10}, {100, 100, 10}}, true));
+    EXPECT_TRUE(
+        mismosPuntos(puntos(planos[3]), {{200, 0, -5}, {300, 0, -5}, {300, 100, -5}}, true));
+}
+
+// A plane through a line's midpoint, perpendicular to the picked plane: here y = 20.
+TEST(GuionCreacion, perpendicularPlanoPorUnaLinea)
+{
+    const fs::path p = juega("creacion_perpendicularplano");
+    compruebaDeshacer(p, "perpendicularplano");
+    const Leido hecho(p / "perpendicularplano_hecho.cad");
+    const auto planos = hecho.de<cad::Plano>("Pn1");
+    ASSERT_EQ(planos.size(), 2U);
+    const puntos_t contorno = puntos(planos[1]);
+    ASSERT_FALSE(contorno.empty());
+    for (const auto& q : contorno)
+    {
+        EXPECT_NEAR(q.y, 20.0, 1e-9);
+    }
+    EXPECT_NEAR(std::abs(planos[1]->a) + std::abs(planos[1]->c), 0.0, 1e-9);
+}
+
+// Box by two corners and a height point; a cancel before the height makes none.
+TEST(GuionCreacion, cuboPorEsquinasYAltura)
+{
+    const fs::path p = juega("creacion_cubo");
+    compruebaDeshacer(p, "cubo");
+    const Leido hecho(p / "cubo_hecho.cad");
+    const auto cubos = hecho.de<cad::Cubo>("Cb1");
+    ASSERT_EQ(cubos.size(), 1U);
+    EXPECT_EQ(cubos[0]->minimo, Punto3<double>(0, 0, 0));
+    EXPECT_EQ(cubos[0]->maximo, Punto3<double>(100, 50, 30));
+}
+
+// The model solids take a typed number for a radius or a height, and the current material.
+TEST(GuionCreacion, solidosConNumerosYMaterial)
+{
+    const fs::path p = juega("creacion_solidos");
+    for (const char* prefijo : {"modelocubo", "modelocilindro", "modeloesfera"})
+    {
+        compruebaDeshacer(p, prefijo);
+    }
+    const Leido final(p / "final.cad");
+    const auto prismas = final.de<cad::Prisma>("Pr1");
+    ASSERT_EQ(prismas.size(), 1U);
+    EXPECT_EQ(prismas[0]->minimo, Punto3<double>(0, 0, 0));
+    EXPECT_EQ(prismas[0]->maximo, Punto3<double>(100, 50, 30));
+    EXPECT_EQ(prismas[0]->material(), 1);
+    const auto cilindros = final.de<cad::Cilindro>("Cl1");
+    ASSERT_EQ(cilindros.size(), 1U);
+    EXPECT_EQ(cilindros[0]->transformacion.getOrigen(), Punto3<double>(200, 50, 0));
+    EXPECT_EQ(cilindros[0]->radio, 20.0);
+    EXPECT_EQ(cilindros[0]->altura, 40.0);
+    const auto esferas = final.de<cad::Esfera>("Es1");
+    ASSERT_EQ(esferas.size(), 2U);
+    EXPECT_EQ(esferas[0]->centro, Punto3<double>(300, 50, 10));
+    EXPECT_EQ(esferas[0]->radio, 15.0);
+    EXPECT_EQ(esferas[1]->centro, Punto3<double>(400, 50, 0));
+    EXPECT_EQ(esferas[1]->radio, 30.0);
+}
+
+// A plane turned into an object of its own mesh: the plane goes without undo, so undo
+// leaves neither; redo gives the object back.
+TEST(GuionCreacion, convierteUnPlanoEnObjeto3D)
+{
+    const fs::path p = juega("creacion_convierte");
+    compruebaDeshacer(p, "convierte");
+    const Leido hecho(p / "convierte_hecho.cad");
+    EXPECT_TRUE(hecho.de<cad::Plano>("Pn1").empty());
+    const auto objetos = hecho.de<cad::Objeto3D>("Ob1");
+    ASSERT_EQ(objetos.size(), 1U);
+    EXPECT_TRUE(mismosPuntos(puntos(objetos[0]), {{0, 0, 0}, {100, 0, 0}, {100, 100, 0}}, false));
+    EXPECT_EQ(Leido(p / "convierte_deshecho.cad").cuantas(), 0U);
+}
+
+// Copy and paste twice give two more of the selection; cut takes the selection away and
+// undo brings it back.
+TEST(GuionCreacion, portapapeles)
+{
+    const fs::path p = juega("portapapeles");
+    compruebaDeshacer(p, "pega");
+    const Leido pegado(p / "pega_hecho.cad");
+    const auto lineas = pegado.de<cad::Entidad>("Ln1");
+    ASSERT_EQ(lineas.size(), 2U);
+    EXPECT_TRUE(mismosPuntos(puntos(lineas[0]), puntos(lineas[1]), true));
+    const Leido cortado(p / "cortado.cad");
+    EXPECT_TRUE(cortado.de<cad::Entidad>("Ln1").empty());
+    EXPECT_EQ(cortado.de<cad::Entidad>("Pt1").size(), 1U);
+}
+
+}  // namespace
