@@ -11,6 +11,7 @@
 
 namespace cad
 {
+struct Prop;
 struct resultadoFichero_t;
 class Dibujo;
 class Entidad;
@@ -684,6 +685,9 @@ private:
                    cad::resultadoFichero_t& resultado, Operacion operacion);
     // exportaDXFComprobado but for the failures of the path and of memory.
     bool intentaExportarDXF(const std::string& fichero, std::string& mensaje);
+    bool leePropiedad(int64_t handle, int32_t categoria, int32_t indice, cad::Prop& p,
+                      std::string& nombre, tipoPropiedad& tipo, std::string& valor,
+                      bool& soloLectura);
 };
 
 }  // namespace Fendrix

@@ -65,11 +65,12 @@ int32_t WrapDibujoCAD::numeroPropiedadesCategoria(int64_t handle, int32_t catego
 // -------------------------------------------------------------------------------------------
 // Reading a row
 
-bool WrapDibujoCAD::getPropiedad(int64_t handle, int32_t categoria, int32_t indice,
+// What every reading form hands out: name, kind, text and the read-only flag. `p` keeps the
+// whole row for the wider forms.
+bool WrapDibujoCAD::leePropiedad(int64_t handle, int32_t categoria, int32_t indice, Prop& p,
                                  std::string& nombre, tipoPropiedad& tipo, std::string& valor,
                                  bool& soloLectura)
 {
-    Prop p;
     if (mEditor == nullptr || !mEditor->getPropiedad(handle, categoria, indice, p))
     {
         return false;
@@ -83,17 +84,21 @@ bool WrapDibujoCAD::getPropiedad(int64_t handle, int32_t categoria, int32_t indi
 
 bool WrapDibujoCAD::getPropiedad(int64_t handle, int32_t categoria, int32_t indice,
                                  std::string& nombre, tipoPropiedad& tipo, std::string& valor,
+                                 bool& soloLectura)
+{
+    Prop p;
+    return leePropiedad(handle, categoria, indice, p, nombre, tipo, valor, soloLectura);
+}
+
+bool WrapDibujoCAD::getPropiedad(int64_t handle, int32_t categoria, int32_t indice,
+                                 std::string& nombre, tipoPropiedad& tipo, std::string& valor,
                                  bool& soloLectura, int32_t& colorPorCapa, uint32_t& colorCapa)
 {
     Prop p;
-    if (mEditor == nullptr || !mEditor->getPropiedad(handle, categoria, indice, p))
+    if (!leePropiedad(handle, categoria, indice, p, nombre, tipo, valor, soloLectura))
     {
         return false;
     }
-    nombre = p.nombre;
-    tipo = static_cast<tipoPropiedad>(p.tipo);
-    valor = p.valor;
-    soloLectura = p.soloLectura;
     // Only the by-layer case is written; the host's own value stands otherwise.
     if (p.indiceColor == 256)
     {
@@ -108,14 +113,10 @@ bool WrapDibujoCAD::getPropiedad(int64_t handle, int32_t categoria, int32_t indi
                                  bool& soloLectura, int16_t& material, int32_t& idbd)
 {
     Prop p;
-    if (mEditor == nullptr || !mEditor->getPropiedad(handle, categoria, indice, p))
+    if (!leePropiedad(handle, categoria, indice, p, nombre, tipo, valor, soloLectura))
     {
         return false;
     }
-    nombre = p.nombre;
-    tipo = static_cast<tipoPropiedad>(p.tipo);
-    valor = p.valor;
-    soloLectura = p.soloLectura;
     material = p.material;
     idbd = p.idExterno;
     return true;
@@ -126,14 +127,10 @@ bool WrapDibujoCAD::getPropiedad(int64_t handle, int32_t categoria, int32_t indi
                                  bool& soloLectura, std::vector<double>& coordenadas)
 {
     Prop p;
-    if (mEditor == nullptr || !mEditor->getPropiedad(handle, categoria, indice, p))
+    if (!leePropiedad(handle, categoria, indice, p, nombre, tipo, valor, soloLectura))
     {
         return false;
     }
-    nombre = p.nombre;
-    tipo = static_cast<tipoPropiedad>(p.tipo);
-    valor = p.valor;
-    soloLectura = p.soloLectura;
     coordenadas = {p.x, p.y, p.z};
     return true;
 }

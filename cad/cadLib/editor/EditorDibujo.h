@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -235,6 +236,8 @@ public:
     // Offers the entity to the insertion reactor, whose false is a veto (the entity then stays
     // with the caller), and inserts it as an undoable step.
     bool nuevaEntidad(Entidad* e);
+    // The same, owning the entity: a refused one is destroyed here.
+    bool nuevaEntidad(std::unique_ptr<Entidad> e);
     // The undoable deletion; the reactor may veto. No update notice.
     bool borraEntidad(Entidad* e);
     // Takes an entity out of the drawing and destroys it with no undo step. Every step that

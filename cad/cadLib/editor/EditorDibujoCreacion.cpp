@@ -129,13 +129,9 @@ int EditorDibujo::comandoLinea()
         {
             const Punto3<double> punto = cursor.get();
             auto* linea = new Linea(anterior, punto);
-            if (nuevaEntidad(linea))
+            if (nuevaEntidad(std::unique_ptr<Entidad>(linea)))
             {
                 ++creadas;
-            }
-            else
-            {
-                delete linea;
             }
             anterior = punto;
             banda.nuevaAncla(punto);
@@ -177,13 +173,9 @@ int EditorDibujo::comandoCara3D3()
                 Objeto3D* cara = (triangulos++ % 2 == 0)
                                      ? objetoCara({a, b, c}, dibujo_->materialActual())
                                      : objetoCara({b, a, c}, dibujo_->materialActual());
-                if (nuevaEntidad(cara))
+                if (nuevaEntidad(std::unique_ptr<Entidad>(cara)))
                 {
                     ++creadas;
-                }
-                else
-                {
-                    delete cara;
                 }
                 a = b;
                 b = c;
@@ -219,14 +211,10 @@ int EditorDibujo::comandoCara3D4()
                 const Punto3<double> p3 = cursor.get();
                 Objeto3D* cara =
                     objetoCara({p1, p2, p3, p3 + (p1 - p2)}, dibujo_->materialActual());
-                if (nuevaEntidad(cara))
+                if (nuevaEntidad(std::unique_ptr<Entidad>(cara)))
                 {
                     ++creadas;
                     dibujo_->edicionHecha();
-                }
-                else
-                {
-                    delete cara;
                 }
             }
         }
@@ -255,13 +243,9 @@ int EditorDibujo::comandoCara()
     {
         auto* plano =
             new Plano(ajustaPlano(puntos), static_cast<int>(puntos.size()), puntos.data());
-        if (nuevaEntidad(plano))
+        if (nuevaEntidad(std::unique_ptr<Entidad>(plano)))
         {
             resultado = static_cast<int>(puntos.size());
-        }
-        else
-        {
-            delete plano;
         }
     }
     finComandoInteractivo();
@@ -413,13 +397,9 @@ int EditorDibujo::comandoParalelaPlano()
         {
             copia->referencia += copia->normal() * distancia;
         }
-        if (nuevaEntidad(copia))
+        if (nuevaEntidad(std::unique_ptr<Entidad>(copia)))
         {
             ++creados;
-        }
-        else
-        {
-            delete copia;
         }
     }
     finComandoInteractivo();
@@ -457,13 +437,9 @@ int EditorDibujo::comandoPerpendicularPlano()
         nuevo->capa = fuente->capa;
         nuevo->color = fuente->color;
         nuevo->estiloLinea = fuente->estiloLinea;
-        if (nuevaEntidad(nuevo))
+        if (nuevaEntidad(std::unique_ptr<Entidad>(nuevo)))
         {
             ++creados;
-        }
-        else
-        {
-            delete nuevo;
         }
     }
     finComandoInteractivo();

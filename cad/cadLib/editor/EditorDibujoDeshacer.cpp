@@ -1,5 +1,7 @@
 // EditorDibujo: the undo stacks, the undoable insertion and deletion, and the layer
 // helpers that record their steps.
+#include <memory>
+
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "editor/Comando.h"
@@ -119,6 +121,16 @@ bool EditorDibujo::nuevaEntidad(Entidad* e)
     }
     registraComando(new ComandoNuevaEntidad(dibujo_, e));
     actualiza(kControl, false);
+    return true;
+}
+
+bool EditorDibujo::nuevaEntidad(std::unique_ptr<Entidad> e)
+{
+    if (!nuevaEntidad(e.get()))
+    {
+        return false;
+    }
+    e.release();
     return true;
 }
 

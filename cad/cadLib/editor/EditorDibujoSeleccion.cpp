@@ -6,6 +6,7 @@
 #include "base/Configuracion.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
+#include "editor/FusionPolilineas.h"
 #include "editor/LineaElastica.h"
 #include "editor/TextosEditor.h"
 #include "entidades/Entidad.h"
@@ -404,22 +405,9 @@ bool poligonoSimple(const std::vector<Punto3<double>>& puntos)
     // Sides i: p[i] -> p[i+1], the last one closing back to p[0].
     const auto cruzan = [&](size_t i, size_t j)
     {
-        const Punto3<double>& a = puntos[i];
-        const Punto3<double>& b = puntos[(i + 1) % n];
-        const Punto3<double>& c = puntos[j];
-        const Punto3<double>& d = puntos[(j + 1) % n];
-        const double rx = b.x - a.x;
-        const double ry = b.y - a.y;
-        const double sx = d.x - c.x;
-        const double sy = d.y - c.y;
-        const double det = rx * sy - ry * sx;
-        if (det == 0.0)
-        {
-            return false;
-        }
-        const double t = ((c.x - a.x) * sy - (c.y - a.y) * sx) / det;
-        const double u = ((c.x - a.x) * ry - (c.y - a.y) * rx) / det;
-        return t >= 0.0 && t <= 1.0 && u >= 0.0 && u <= 1.0;
+        double t = 0.0;
+        double u = 0.0;
+        return cruceSegmentos(puntos[i], puntos[(i + 1) % n], puntos[j], puntos[(j + 1) % n], t, u);
     };
     for (size_t i = 0; i < n; ++i)
     {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <memory>
 
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
@@ -132,13 +133,9 @@ int EditorDibujo::comandoCubo()
     {
         auto* cubo = new Cubo(minimo, maximo);
         cubo->transformacion = localADocumento(*this);
-        if (nuevaEntidad(cubo))
+        if (nuevaEntidad(std::unique_ptr<Entidad>(cubo)))
         {
             ++creados;
-        }
-        else
-        {
-            delete cubo;
         }
     }
     finComandoInteractivo();
@@ -164,13 +161,9 @@ int EditorDibujo::comandoModeloCubo()
         Matriz4<double> giro = aDocumento;
         giro.setOrigen(medio);
         prisma->transformacion = giro;
-        if (nuevaEntidad(prisma))
+        if (nuevaEntidad(std::unique_ptr<Entidad>(prisma)))
         {
             ++creados;
-        }
-        else
-        {
-            delete prisma;
         }
     }
     finComandoInteractivo();
@@ -210,13 +203,9 @@ int EditorDibujo::comandoModeloCilindro()
                     Matriz4<double> colocacion = localADocumento(*this);
                     colocacion.setOrigen(centro);
                     cilindro->transformacion = colocacion;
-                    if (nuevaEntidad(cilindro))
+                    if (nuevaEntidad(std::unique_ptr<Entidad>(cilindro)))
                     {
                         ++creados;
-                    }
-                    else
-                    {
-                        delete cilindro;
                     }
                     hecho = true;
                 }
@@ -252,13 +241,9 @@ int EditorDibujo::comandoModeloEsfera()
             {
                 auto* esfera = new Esfera(centro, centro.distancia(borde),
                                           static_cast<uint16_t>(dibujo_->materialActual()));
-                if (nuevaEntidad(esfera))
+                if (nuevaEntidad(std::unique_ptr<Entidad>(esfera)))
                 {
                     ++creados;
-                }
-                else
-                {
-                    delete esfera;
                 }
                 hecho = true;
             }
