@@ -234,7 +234,7 @@ VentanaVisor::VentanaVisor(const opciones_t& opciones_, QWidget* padre)
     setCentralWidget(vista);
     vista->hayOrdenEsperando = [this]() { return sesion->fachada().dentroComandoInteractivo(); };
     vista->alMover = [this](int x, int y) { raton(x, y); };
-    vista->alClicar = [this](int x, int y) { clic(x, y); };
+    vista->alClicar = [this](int x, int y, int boton) { clic(x, y, boton); };
     vista->alCambiarCamara = [this]() { camaraCambiada(); };
     vista->alFallarGL = [this](const QString& error)
     { salida << "OpenGL: " << texto(error) << '\n'; };
@@ -567,15 +567,19 @@ void VentanaVisor::raton(int x, int y)
     refrescaSuperposicion();
 }
 
-void VentanaVisor::clic(int x, int y)
+void VentanaVisor::clic(int x, int y, int boton)
 {
     if (sesion->fachada().dentroComandoInteractivo())
     {
         // The scene picked and snapped must be the one shown.
         refresca();
-        pantalla.clic(x, y, cad::PantallaCAD::kBotonIzquierdo);
+        pantalla.clic(x, y, boton);
         superposicionSucia = true;
         vista->update();
+        return;
+    }
+    if (boton != cad::PantallaCAD::kBotonIzquierdo)
+    {
         return;
     }
     // With no command, the session's own "clic": selects what lies under the pixel.

@@ -93,7 +93,7 @@ private:
     void terminaGuion();
 
     void raton(int x, int y);
-    void clic(int x, int y);
+    void clic(int x, int y, int boton);
     void camaraInicial();
     void colocaCamaraDibujo();
     // Fits the whole drawing in the view.

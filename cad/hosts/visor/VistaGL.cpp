@@ -274,10 +274,13 @@ void VistaGL::mouseReleaseEvent(QMouseEvent* e)
         update();
         return;
     }
-    if (soltado == Qt::LeftButton && !arrastrado && alClicar)
+    // A right click ends a prompt for entities, where Enter counts for nothing.
+    if ((soltado == Qt::LeftButton || soltado == Qt::RightButton) && !arrastrado && alClicar)
     {
         const QPoint px = aPixel(e->pos());
-        alClicar(px.x(), px.y());
+        alClicar(px.x(), px.y(),
+                 soltado == Qt::LeftButton ? cad::PantallaCAD::kBotonIzquierdo
+                                           : cad::PantallaCAD::kBotonDerecho);
     }
 }
 

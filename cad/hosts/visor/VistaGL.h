@@ -30,7 +30,8 @@ public:
 
     // The host's answers to the mouse, set by the window.
     std::function<bool()> hayOrdenEsperando;
-    std::function<void(int x, int y)> alClicar;      // display pixels
+    // Display pixels; `boton` is the kernel display's button (left or right).
+    std::function<void(int x, int y, int boton)> alClicar;
     std::function<void(int x, int y)> alMover;       // display pixels
     std::function<void()> alCambiarCamara;           // after an orbit, a pan or a zoom
     std::function<void()> alPintarPrimeraVez;        // once, after the first frame

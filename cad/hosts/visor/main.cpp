@@ -14,16 +14,16 @@ namespace
 
 int uso()
 {
-    std::cerr
-        << "Uso: tarvelo-visor [FICHERO.cad] [--guion GUION.txt] [--sal]\n"
-           "                    [--tamano ANCHOxALTO] [--captura IMAGEN.png]\n"
-           "  --guion     pasa las líneas del fichero por la línea de órdenes, como\n"
-           "              tecleadas; \"clic X Y\" pulsa el pixel (X, Y) de la vista, y hacia\n"
-           "              arriba. Una orden que falla detiene el guion (código 1).\n"
-           "  --sal       termina al acabar el guion, descartando los cambios\n"
-           "  --tamano    fija el tamaño de la vista en pixeles; con 800x600 y un dibujo\n"
-           "              nuevo, el pixel (X, Y) muestra el punto (X, Y, 0)\n"
-           "  --captura   guarda una imagen de la ventana al acabar el guion\n";
+    std::cerr << "Uso: tarvelo-visor [FICHERO.cad] [--guion GUION.txt] [--sal]\n"
+                 "                    [--tamano ANCHOxALTO] [--captura IMAGEN.png]\n"
+                 "  --guion     pasa las líneas del fichero por la línea de órdenes, como\n"
+                 "              tecleadas; \"clic X Y [derecho]\" pulsa el pixel (X, Y) de la\n"
+                 "              vista, y hacia arriba. Una orden que falla detiene el guion\n"
+                 "              (código 1).\n"
+                 "  --sal       termina al acabar el guion, descartando los cambios\n"
+                 "  --tamano    fija el tamaño de la vista en pixeles; con 800x600 y un dibujo\n"
+                 "              nuevo, el pixel (X, Y) muestra el punto (X, Y, 0)\n"
+                 "  --captura   guarda una imagen de la ventana al acabar el guion\n";
     return 2;
 }
 
