@@ -135,8 +135,7 @@ int32_t WrapDibujoCAD::comandoConvierteObjeto3D()
 
 bool WrapDibujoCAD::setMaterialActual(int32_t id)
 {
-    if (mEditor == nullptr || id < 0 || id > INT16_MAX ||
-        (id != 0 && !mDibujo->existeMaterial(id)))
+    if (mEditor == nullptr || id < 0 || id > INT16_MAX || (id != 0 && !mDibujo->existeMaterial(id)))
     {
         return false;
     }

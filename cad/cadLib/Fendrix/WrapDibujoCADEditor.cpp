@@ -317,7 +317,7 @@ int32_t WrapDibujoCAD::getEntidadesBajoPixel(int32_t x, int32_t y, std::vector<i
     const int t = Configuracion::instancia().valor(Configuracion::kVentanaReferencia) / 2;
     for (const cad::Entidad* e : mDibujo->entidadesCercaPixel(*mPantalla, x, y, t, false))
     {
-        handles.push_back(static_cast<int64_t>(reinterpret_cast<intptr_t>(e)));
+        handles.push_back(cad::handleEntidad(e));
     }
     return static_cast<int32_t>(handles.size());
 }

@@ -266,7 +266,7 @@ int32_t handlesDe(const cad::SeleccionEntidades& s, std::vector<int64_t>& handle
     handles.clear();
     for (const cad::Entidad* e : s.entidades)
     {
-        handles.push_back(static_cast<int64_t>(reinterpret_cast<intptr_t>(e)));
+        handles.push_back(cad::handleEntidad(e));
     }
     return static_cast<int32_t>(handles.size());
 }

@@ -263,7 +263,7 @@ int32_t WrapDibujoCAD::getTomasCamaras(std::vector<int64_t>& handles, std::vecto
         if (e->tieneFirma(cad::kFirmaEntidadTomaCamara))
         {
             const auto* t = static_cast<const cad::TomaCamara*>(e);
-            handles.push_back(static_cast<int64_t>(reinterpret_cast<intptr_t>(e)));
+            handles.push_back(cad::handleEntidad(e));
             datos.insert(datos.end(),
                          {t->posicion.x, t->posicion.y, t->posicion.z, t->orientacion.x,
                           t->orientacion.y, t->orientacion.z, t->distancia, t->anchura, t->altura});

@@ -252,7 +252,7 @@ Entidad* Dibujo::buscaEntidad(int64_t handle) const
 {
     for (Entidad* e : entidades)
     {
-        if (static_cast<int64_t>(reinterpret_cast<intptr_t>(e)) == handle)
+        if (handleEntidad(e) == handle)
         {
             return e;
         }
@@ -262,7 +262,7 @@ Entidad* Dibujo::buscaEntidad(int64_t handle) const
 
 int64_t Dibujo::handleUltimaEntidad() const
 {
-    return static_cast<int64_t>(reinterpret_cast<intptr_t>(ultimaEntidad));
+    return handleEntidad(ultimaEntidad);
 }
 
 void Dibujo::selecciona(Entidad* e)

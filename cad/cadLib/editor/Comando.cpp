@@ -78,8 +78,7 @@ void ComandoNuevaEntidad::rehacer()
 bool ComandoMoverEntidad::presente() const
 {
     // The entity may have been deleted by a path that keeps no step.
-    return vigente() && dibujo->buscaEntidad(
-                            static_cast<int64_t>(reinterpret_cast<intptr_t>(entidad))) != nullptr;
+    return vigente() && dibujo->contieneEntidad(entidad);
 }
 
 void ComandoMoverEntidad::deshacer()
