@@ -556,7 +556,6 @@ public:
     // --- vertex marks (WrapDibujoCADArrastre.cpp) ----------------------------------------
     bool marcaVerticesEntidad(int64_t handle, uint32_t inicio, uint32_t fin);
     bool quitaMarcasVerticesEntidad(int64_t handle);
-    // --- end of vertex marks ---
 
     // --- property sheets and the clipboard (WrapDibujoCADPropiedades.cpp) -----------------
     // The clipboard is the process's: a copy made here pastes into another facade's drawing,
@@ -622,7 +621,6 @@ public:
     // `xyz`: three doubles of the caller's memory, taken as they are; null changes nothing.
     bool setElementoLista(int64_t handle, int32_t categoria, int32_t indice, int32_t i,
                           const double* xyz);
-    // --- end of property sheets and the clipboard ---
     bool comandoSeleccionaEntidades(const std::string& mensaje1, const std::string& mensaje2,
                                     tipoSeleccion tipo);
     // The entities the display finds in a box of kVentanaReferencia / 2 pixels to each side.

@@ -30,7 +30,6 @@ class Comando;
 class Dibujo;
 class Entidad;
 class LineaElastica;
-class ModificadorVertice;
 class Polilinea;
 struct elemento_seleccionado_t;
 
@@ -283,7 +282,6 @@ public:
     // Drops the entity's entry and its marks. The entity is not looked at, so this also
     // clears the marks of one that no longer exists.
     void quitaMarcasVerticesEntidad(Entidad* e);
-    // --- end of vertex drags and marks ---
 
     // --- creation commands: points, lines, faces, planes (EditorDibujoCreacion.cpp), solids
     // (EditorDibujoSolidos.cpp) ---------------------------------------------------------------
@@ -330,7 +328,6 @@ public:
     // An id that is neither 0 nor a material of the drawing is ignored.
     int16_t materialActual() const;
     void setMaterialActual(int16_t id);
-    // --- end of creation commands ---
 
     // --- polylines and their merges (EditorDibujoPolilineas.cpp) ---------------------------
     // Polylines from point to point with the options "Borrar" and "Cerrar"; with `unaSola`
@@ -348,7 +345,6 @@ public:
     // Draws one polyline (as comandoPolilinea) and merges it into `destino` (picked first when
     // null). False when no polyline was drawn or the merge refused it.
     bool comandoFusionPolilineasNueva(Polilinea* destino, bool borraOrigen);
-    // --- end of polylines ---
 
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
@@ -436,7 +432,6 @@ public:
     bool setPropiedad(int64_t handle, const std::string& nombre, double valor);
     bool setPropiedad(int64_t handle, const std::string& nombre, int valor);
     bool setPropiedad(int64_t handle, const std::string& nombre, const std::string& valor);
-    // --- end of the property front and the clipboard ---
 
     float getFactorVertical() const { return factorVertical; }
     void setFactorVertical(float f) { factorVertical = f; }
