@@ -173,8 +173,7 @@ void EditorDibujo::cortar()
     for (Entidad* e : originales)
     {
         // The deletion reactor may have taken an entity out already.
-        const auto& lista = dibujo_->entidades;
-        if (std::find(lista.begin(), lista.end(), e) != lista.end())
+        if (dibujo_->contieneEntidad(e))
         {
             borraEntidad(e);
         }
