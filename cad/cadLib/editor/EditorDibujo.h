@@ -30,6 +30,7 @@ class Comando;
 class Dibujo;
 class Entidad;
 class LineaElastica;
+class Material;
 class Polilinea;
 struct elemento_seleccionado_t;
 
@@ -346,6 +347,45 @@ public:
     // null). False when no polyline was drawn or the merge refused it.
     bool comandoFusionPolilineasNueva(Polilinea* destino, bool borraOrigen);
 
+    // --- editing commands (EditorDibujoEdicion.cpp) ------------------------------------------
+    // Of these only the deletions and comandoMoverXYZ leave undo steps; the others change the
+    // entities in place, and the edit reactor is where a host keeps their history.
+    //
+    // Deletes the selected and highlighted entities, or asks for some when there are none; one
+    // undo step each. The active local system is dropped first when its entity goes. Ends an
+    // outer wait silently. The count deleted.
+    int comandoBorrar();
+    // An entity, a base and a destination, moved in place with no undo step, until refused.
+    // The count moved.
+    int comandoMover();
+    // Moves the selected and highlighted entities by the vector, one undo step each, with no
+    // wait; with none selected it says so and returns 0.
+    int comandoMoverXYZ(double dx, double dy, double dz);
+    // As comandoMover, once: an unhighlighted copy moved by the vector is inserted as an
+    // undoable new entity and the source stays where it was. 1 when a copy went in, else 0.
+    int comandoCopiar();
+    // Two points with a rubber band from the first to the cursor; `a` and `b` get them in
+    // drawing coordinates. False when either wait is refused (`a` may then be set).
+    bool comandoDosPuntosLinea(const char* prompt1, const char* prompt2, Punto3<double>* a,
+                               Punto3<double>* b);
+    // Drags the entity's vertices one after another. A null entity asks for one and edits each
+    // entity under the pick (false on a refused pick or when one of them ends false). An
+    // `indice` within the entity's coordinates starts with that vertex and no pick. After each
+    // accepted drag `repite` asks for another vertex; a refused vertex pick ends with true, a
+    // refused or cancelled drag with `repite`. A click off the entity's hot points moves on to
+    // the entity under it. Not undoable: the moves go to the edit reactor, and the whole edit
+    // is bracketed by kIniciaEdicion / kTerminaEdicion when `anunciaReactores`.
+    bool comandoEditar(Entidad* entidad, int indice, bool repite, bool anunciaReactores);
+    // Deletes the polyline's vertices one click at a time until refused; a null polyline is
+    // picked first. Each vertex is offered to the edit reactor (kBorrar), whose false keeps
+    // it. Not undoable. True when at least one vertex went.
+    bool comandoBorrarVertsPol(Polilinea* polilinea);
+    // Gives the selected and highlighted entities (or one picked when none is) the material of
+    // that name, or the current material when `nombre` is null. Materials are named by their
+    // texture's file name, else their id in decimal; an unknown name changes nothing. Not
+    // undoable. The count given.
+    int comandoAsignaMaterial(const std::string* nombre);
+
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
     // One clipboard for the process, so that entities travel between drawings. copiar takes
@@ -502,6 +542,9 @@ private:
     ajustesReferencia_t fuerzaReferencia(int32_t mascara);
     void restauraReferencia(const ajustesReferencia_t& a);
 };
+
+// The name a material goes by: its texture's file name, else its id in decimal.
+std::string nombreMaterial(const Material& m);
 
 // True when no two non-adjacent sides of the closed polygon cross (in x and y).
 bool poligonoSimple(const std::vector<Punto3<double>>& puntos);
