@@ -386,6 +386,42 @@ public:
     // undoable. The count given.
     int comandoAsignaMaterial(const std::string* nombre);
 
+    // --- polyline vertex editors (EditorDibujoVertices.cpp) --------------------------------
+    // None of these is undoable: each vertex inserted or deleted is offered to the edit
+    // reactor first (kInsertar, kBorrar), whose false skips that one vertex, and drags
+    // announce their moves as comandoEditar's do. A null polyline is picked first ("Seleccione
+    // una polilinea:"). Every command stops at the first refusal and keeps what was done.
+    //
+    // Two vertex picks give a range; its vertices are deleted inside one kIniciaBloque /
+    // kTerminaBloque, offered from the highest index down so each announced index is still
+    // valid when the host applies it. True when at least one vertex went.
+    bool comandoBorrarRangoVertsPol(Polilinea* polilinea);
+    // As the range, for every vertex whose pixel lies inside a window of two clicks.
+    bool comandoBorrarVentanaVertsPol(Polilinea* polilinea);
+    // Inserts a vertex and drags it once. With `indice` -1 the vertex goes where the user
+    // clicks, into the side nearest the click (past an end of an open polyline when the
+    // click lies beyond it); otherwise it starts halfway along the side that ends at vertex
+    // `indice`. A refused or cancelled drag takes the vertex out again. True when the
+    // inserted vertex stays.
+    //
+    //   before:  0 ----------- 1        after:  0 ----- 1 ----- 2
+    //                                                 (new)
+    bool comandoInsertaVertsPol(Polilinea* polilinea, int indice);
+    // As comandoInsertaVertsPol for a profile: the side is found by x and z of the click, the
+    // vertex always lands between two existing ones and takes the side's y there. False on a
+    // polyline of fewer than two vertices.
+    bool comandoInsertaVertsPolPerfil(Polilinea* polilinea);
+    // As comandoEditar, but the vertex nearest the pointer is marked as the user moves it, and
+    // a click drags that one. An `indice` within the vertices drags it first. Enter ends with
+    // true; a cancel or a command that displaces this one ends with false.
+    bool comandoEditarVertsPolPerfil(Polilinea* polilinea, int indice);
+    // Edits one vertex at a time through a menu of options (open or close, previous, next,
+    // move, delete, insert before or after), starting at the vertex nearest the pointer.
+    // The null and no-argument forms pick a line first ("Seleccione una linea:"). True when
+    // the polyline was changed; a cancel ends with false.
+    bool comandoEditPol();
+    bool comandoEditPol(Polilinea* polilinea);
+
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
     // One clipboard for the process, so that entities travel between drawings. copiar takes
