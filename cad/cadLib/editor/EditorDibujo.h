@@ -422,6 +422,56 @@ public:
     bool comandoEditPol();
     bool comandoEditPol(Polilinea* polilinea);
 
+    // --- mesh commands (EditorDibujoMalla.cpp) ----------------------------------------------
+    // Each asks for an Objeto3D with a mesh ("Seleccione una entidad:"; other entities are
+    // ignored and the pick is asked again), highlights it, then waits for one element of its
+    // mesh, asking again while the click finds nothing of the kind asked. The element's index
+    // is the pick's position in the entity's hot elements, passed to the mesh as it stands:
+    // once a face or an edge has died the positions no longer match the records, and an edit
+    // may then name a dead record (which the mesh ignores) or another element. None of them is
+    // undoable and none talks to the edit reactor. The entity is selected and highlighted
+    // while the command runs and unmarked at its end. False when a wait was refused, unless
+    // said otherwise.
+    //
+    // Deletes the picked face ("Seleccione cara caliente:").
+    bool comandoBorraCaraModelo();
+    // Reverses every live face of the mesh; no element is asked for. Cached normals stay.
+    bool comandoInvierteNormales();
+    // Splits the picked edge ("Seleccione una arista:") into `partes` equal pieces; below 2
+    // the mesh is left alone, and the command still ends true.
+    bool comandoParteArista(int partes);
+    // Two hot points ("Seleccione punto caliente:", twice; the first one again is asked
+    // again) joined by a new edge across their common face. Returns what the mesh answered:
+    // false when they are joined already or share no face.
+    bool comandoUneVertices();
+    // The picked face becomes a ring of quads around a face of half its size.
+    bool comandoParteCara();
+    // As comandoParteCara, the inner face left out: a hole.
+    bool comandoHueco();
+    // Cuts a face: an edge gives the first point ("Seleccione una arista:"), then clicks inside
+    // faces add points ("Seleccione puntos dentro de una cara o una arista:") until one lands
+    // on an edge or a hot point, which ends the cut. Refusing before that cuts nothing. Returns
+    // what the mesh answered.
+    bool comandoRecortaCara();
+    // Walks the hole behind a boundary edge ("Seleccione una arista frontera:"; an edge with
+    // two faces is asked again) and creates nothing: the mesh stays as it was. True when an
+    // edge was taken.
+    bool comandoRellenaHueco();
+    // A hot point, edge or face ("Seleccione punto caliente, arista o cara:") pulled to a new
+    // position ("Seleccione nueva coordenada"). A point is dragged; an edge with one face grows
+    // a quad towards the point, given on the plane through the grab facing the viewer (that
+    // plane stays the reference plane); a face becomes a prism as high as the distance from
+    // the grab to the point, always outwards along the face's normal. `cierra` changes
+    // nothing here. True when the position was given.
+    bool comandoExtrusion(bool cierra);
+    // A polyline ("Seleccione una polilinea:"), a base and a destination: a new Objeto3D, the
+    // strip swept by the vector, on the current material, inserted as an undoable entity.
+    // Repeats until refused; true when at least one was made.
+    bool comandoExtrusionEntidad();
+    // Deleting a vertex or an edge of a mesh is not offered: both return false at once.
+    bool comandoBorraVerticeModelo() { return false; }
+    bool comandoBorraAristaModelo() { return false; }
+
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
     // One clipboard for the process, so that entities travel between drawings. copiar takes
