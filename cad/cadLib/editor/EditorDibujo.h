@@ -30,6 +30,7 @@ class Comando;
 class Dibujo;
 class Entidad;
 class LineaElastica;
+class Material;
 class Polilinea;
 struct elemento_seleccionado_t;
 
@@ -346,6 +347,131 @@ public:
     // null). False when no polyline was drawn or the merge refused it.
     bool comandoFusionPolilineasNueva(Polilinea* destino, bool borraOrigen);
 
+    // --- editing commands (EditorDibujoEdicion.cpp) ------------------------------------------
+    // Of these only the deletions and comandoMoverXYZ leave undo steps; the others change the
+    // entities in place, and the edit reactor is where a host keeps their history.
+    //
+    // Deletes the selected and highlighted entities, or asks for some when there are none; one
+    // undo step each. The active local system is dropped first when its entity goes. Ends an
+    // outer wait silently. The count deleted.
+    int comandoBorrar();
+    // An entity, a base and a destination, moved in place with no undo step, until refused.
+    // The count moved.
+    int comandoMover();
+    // Moves the selected and highlighted entities by the vector, one undo step each, with no
+    // wait; with none selected it says so and returns 0.
+    int comandoMoverXYZ(double dx, double dy, double dz);
+    // As comandoMover, once: an unhighlighted copy moved by the vector is inserted as an
+    // undoable new entity and the source stays where it was. 1 when a copy went in, else 0.
+    int comandoCopiar();
+    // Two points with a rubber band from the first to the cursor; `a` and `b` get them in
+    // drawing coordinates. False when either wait is refused (`a` may then be set).
+    bool comandoDosPuntosLinea(const char* prompt1, const char* prompt2, Punto3<double>* a,
+                               Punto3<double>* b);
+    // Drags the entity's vertices one after another. A null entity asks for one and edits each
+    // entity under the pick (false on a refused pick or when one of them ends false). An
+    // `indice` within the entity's coordinates starts with that vertex and no pick. After each
+    // accepted drag `repite` asks for another vertex; a refused vertex pick ends with true, a
+    // refused or cancelled drag with `repite`. A click off the entity's hot points moves on to
+    // the entity under it. Not undoable: the moves go to the edit reactor, and the whole edit
+    // is bracketed by kIniciaEdicion / kTerminaEdicion when `anunciaReactores`.
+    bool comandoEditar(Entidad* entidad, int indice, bool repite, bool anunciaReactores);
+    // Deletes the polyline's vertices one click at a time until refused; a null polyline is
+    // picked first. Each vertex is offered to the edit reactor (kBorrar), whose false keeps
+    // it. Not undoable. True when at least one vertex went.
+    bool comandoBorrarVertsPol(Polilinea* polilinea);
+    // Gives the selected and highlighted entities (or one picked when none is) the material of
+    // that name, or the current material when `nombre` is null. Materials are named by their
+    // texture's file name, else their id in decimal; an unknown name changes nothing. Not
+    // undoable. The count given.
+    int comandoAsignaMaterial(const std::string* nombre);
+
+    // --- polyline vertex editors (EditorDibujoVertices.cpp) --------------------------------
+    // None of these is undoable: each vertex inserted or deleted is offered to the edit
+    // reactor first (kInsertar, kBorrar), whose false skips that one vertex, and drags
+    // announce their moves as comandoEditar's do. A null polyline is picked first ("Seleccione
+    // una polilinea:"). Every command stops at the first refusal and keeps what was done.
+    //
+    // Two vertex picks give a range; its vertices are deleted inside one kIniciaBloque /
+    // kTerminaBloque, offered from the highest index down so each announced index is still
+    // valid when the host applies it. True when at least one vertex went.
+    bool comandoBorrarRangoVertsPol(Polilinea* polilinea);
+    // As the range, for every vertex whose pixel lies inside a window of two clicks.
+    bool comandoBorrarVentanaVertsPol(Polilinea* polilinea);
+    // Inserts a vertex and drags it once. With `indice` -1 the vertex goes where the user
+    // clicks, into the side nearest the click (past an end of an open polyline when the
+    // click lies beyond it); otherwise it starts halfway along the side that ends at vertex
+    // `indice`. A refused or cancelled drag takes the vertex out again. True when the
+    // inserted vertex stays.
+    //
+    //   before:  0 ----------- 1        after:  0 ----- 1 ----- 2
+    //                                                 (new)
+    bool comandoInsertaVertsPol(Polilinea* polilinea, int indice);
+    // As comandoInsertaVertsPol for a profile: the side is found by x and z of the click, the
+    // vertex always lands between two existing ones and takes the side's y there. False on a
+    // polyline of fewer than two vertices.
+    bool comandoInsertaVertsPolPerfil(Polilinea* polilinea);
+    // As comandoEditar, but the vertex nearest the pointer is marked as the user moves it, and
+    // a click drags that one. An `indice` within the vertices drags it first. Enter ends with
+    // true; a cancel or a command that displaces this one ends with false.
+    bool comandoEditarVertsPolPerfil(Polilinea* polilinea, int indice);
+    // Edits one vertex at a time through a menu of options (open or close, previous, next,
+    // move, delete, insert before or after), starting at the vertex nearest the pointer.
+    // The null and no-argument forms pick a line first ("Seleccione una linea:"). True when
+    // the polyline was changed; a cancel ends with false.
+    bool comandoEditPol();
+    bool comandoEditPol(Polilinea* polilinea);
+
+    // --- mesh commands (EditorDibujoMalla.cpp) ----------------------------------------------
+    // Each asks for an Objeto3D with a mesh ("Seleccione una entidad:"; other entities are
+    // ignored and the pick is asked again), highlights it, then waits for one element of its
+    // mesh, asking again while the click finds nothing of the kind asked. The element's index
+    // is the pick's position in the entity's hot elements, passed to the mesh as it stands:
+    // once a face or an edge has died the positions no longer match the records, and an edit
+    // may then name a dead record (which the mesh ignores) or another element. None of them is
+    // undoable and none talks to the edit reactor. The entity is selected and highlighted
+    // while the command runs and unmarked at its end. False when a wait was refused, unless
+    // said otherwise.
+    //
+    // Deletes the picked face ("Seleccione cara caliente:").
+    bool comandoBorraCaraModelo();
+    // Reverses every live face of the mesh; no element is asked for. Cached normals stay.
+    bool comandoInvierteNormales();
+    // Splits the picked edge ("Seleccione una arista:") into `partes` equal pieces; below 2
+    // the mesh is left alone, and the command still ends true.
+    bool comandoParteArista(int partes);
+    // Two hot points ("Seleccione punto caliente:", twice; the first one again is asked
+    // again) joined by a new edge across their common face. Returns what the mesh answered:
+    // false when they are joined already or share no face.
+    bool comandoUneVertices();
+    // The picked face becomes a ring of quads around a face of half its size.
+    bool comandoParteCara();
+    // As comandoParteCara, the inner face left out: a hole.
+    bool comandoHueco();
+    // Cuts a face: an edge gives the first point ("Seleccione una arista:"), then clicks inside
+    // faces add points ("Seleccione puntos dentro de una cara o una arista:") until one lands
+    // on an edge or a hot point, which ends the cut. Refusing before that cuts nothing. Returns
+    // what the mesh answered.
+    bool comandoRecortaCara();
+    // Walks the hole behind a boundary edge ("Seleccione una arista frontera:"; an edge with
+    // two faces is asked again) and creates nothing: the mesh stays as it was. True when an
+    // edge was taken.
+    bool comandoRellenaHueco();
+    // A hot point, edge or face ("Seleccione punto caliente, arista o cara:") pulled to a new
+    // position ("Seleccione nueva coordenada"). A point is dragged; an edge with one face grows
+    // a quad towards the point, given on the plane through the grab facing the viewer (that
+    // plane stays the reference plane); a face becomes a prism as high as the distance from
+    // the grab to the point, always outwards along the face's normal. `cierra` changes
+    // nothing here. True when the position was given.
+    bool comandoExtrusion(bool cierra);
+    // A polyline ("Seleccione una polilinea:"), a base and a destination: a new Objeto3D, the
+    // strip swept by the vector, on the current material, inserted as an undoable entity.
+    // Repeats until refused; true when at least one was made.
+    bool comandoExtrusionEntidad();
+    // Deleting a vertex or an edge of a mesh is not offered: both return false at once.
+    bool comandoBorraVerticeModelo() { return false; }
+    bool comandoBorraAristaModelo() { return false; }
+
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
     // One clipboard for the process, so that entities travel between drawings. copiar takes
@@ -502,6 +628,9 @@ private:
     ajustesReferencia_t fuerzaReferencia(int32_t mascara);
     void restauraReferencia(const ajustesReferencia_t& a);
 };
+
+// The name a material goes by: its texture's file name, else its id in decimal.
+std::string nombreMaterial(const Material& m);
 
 // True when no two non-adjacent sides of the closed polygon cross (in x and y).
 bool poligonoSimple(const std::vector<Punto3<double>>& puntos);

@@ -39,16 +39,6 @@ int indiceCapa(const Dibujo& d, const Capa* c)
     return c != nullptr && it != d.capas.end() ? static_cast<int>(it - d.capas.begin()) : -1;
 }
 
-// Materials carry no name of their own: the sheet shows the texture's file name, or the id
-// when there is no texture.
-std::string nombreMaterial(const Material& m)
-{
-    const std::string& ruta = m.textura();
-    const size_t barra = ruta.find_last_of("/\\");
-    const std::string fichero = barra == std::string::npos ? ruta : ruta.substr(barra + 1);
-    return fichero.empty() ? std::to_string(m.id) : fichero;
-}
-
 // The layer of one entity, as an undo step. Layers are kept by object and by name: undoing a
 // layer's deletion brings back a new object of the same name, and a rename keeps the object.
 class ComandoCapaEntidad : public Comando
@@ -152,6 +142,16 @@ bool buscaFila(const Entidad& e, const std::string& nombre, int& categoria, int&
 }
 
 }  // namespace
+
+// Materials carry no name of their own: the sheet and the material command know one by its
+// texture's file name, or by its id when there is no texture.
+std::string nombreMaterial(const Material& m)
+{
+    const std::string& ruta = m.textura();
+    const size_t barra = ruta.find_last_of("/\\");
+    const std::string fichero = barra == std::string::npos ? ruta : ruta.substr(barra + 1);
+    return fichero.empty() ? std::to_string(m.id) : fichero;
+}
 
 // -------------------------------------------------------------------------------------------
 // The editor's own sheet

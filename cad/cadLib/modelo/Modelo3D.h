@@ -131,6 +131,36 @@ public:
     // -1; -1 when there is none.
     int32_t busca(int32_t v1, int32_t v2, int32_t a1, int32_t a2) const;
 
+    // Splits edge `arista` at the existing vertex `nuevo`: the edge keeps its index and its end
+    // vertice[0] (p), a new edge takes nuevo-q, and on each side the neighbour at q is relinked
+    // to it. An edge with no face is left as it is. Invalidates pointers and references into
+    // the table (it may grow); the alNuevaArista hook sees the new edge.
+    //
+    //      before                 after
+    //   p ---- a ---> q        p -- a --> nuevo -- N --> q
+    //   (faces on either side keep their index and gain one corner)
+    void parte(int32_t nuevo, int32_t arista);
+    // Appends the edges of the chain s0..sk (k >= 1) across face `cara`, whose edges in walk
+    // order are `aristasCara`; both ends lie on the face's cycle. The new records carry `cara`
+    // on both sides until reasignaCara relabels one loop; the face's edges at s0 and sk are
+    // relinked to the chain. False, and nothing changed, when the ends are not found on the
+    // face. Calls no hook: `arista` of the chain's vertices is left as it was. Invalidates
+    // pointers into the table.
+    //
+    //      before                 after (both loops still named `cara`)
+    //   +------s0------+        +------s0------+
+    //   |              |        |       |      |
+    //   |              |        |       x      |   side 0 of the chain: loop s0->sk
+    //   |              |        |       |      |   side 1: loop sk->s0
+    //   +------sk------+        +------sk------+
+    bool parteCara(const std::vector<int32_t>& cadena,
+                   const std::vector<handle_arista_t>& aristasCara, int32_t cara);
+    // Walks from `arista` around face `caraVieja` and names `caraNueva` on the side it walks,
+    // until the walk comes back. Stops, having written what it reached, where the cycle breaks.
+    void reasignaCara(int32_t arista, int32_t caraVieja, int32_t caraNueva);
+    // The first record with `cara` on a side, or -1 (also for a negative `cara`).
+    int32_t aristaDeCara(int32_t cara) const;
+
     std::vector<Arista> lista;
     aviso_t alNuevoVertice = &sinAviso;
     aviso_t alNuevaArista = &sinAviso;
@@ -256,6 +286,97 @@ public:
     // The first three corners of the cycle; -1 for those a face lacks.
     void primerosVertices(int32_t cara, int32_t& a, int32_t& b, int32_t& c) const;
 
+    // ---------------------------------------------------------------------------------------
+    // Topological edits (EdicionMalla.cpp). Records are appended, never removed: a deleted
+    // face, edge or vertex keeps its record with -1 in its links, so indices held during an
+    // edit stay usable. Indices out of range, or naming dead records, leave the model as it is.
+
+    // Deletes one face. Its edges lose that side; an edge left with no face dies (both ends
+    // -1) and a vertex left with no live edge dies (`arista` -1). Neighbours are untouched.
+    //
+    //      before                 after
+    //   a ---- b ---- c        a    b ---- c      a-b, d-a, d-e die (face f was their only
+    //   |  f   |  g   |   ->        |  g   |      one), so do a and d; b-e keeps g, b and e
+    //   d ---- e ---- h        d    e ---- h      stay alive. Pointers into records stay.
+    void borraCara(int32_t cara);
+    // A new vertex at `punto` splitting `arista` (see Aristas::parte). Returns its index; the
+    // vertex is appended even when the edge can't be split (no face, bad index), bare.
+    int32_t insertaVertice(const Punto3<double>& punto, int32_t arista);
+    // Splits the edge into n equal parts (nothing below 2). The edge keeps its index as the
+    // piece at its vertice[0]; the n-1 new vertices are appended nearest-to-q first.
+    //
+    //      before                 after (n = 3)
+    //   p ---------- q         p -- arista -- v2 -- v1 -- q
+    void parteArista(int32_t arista, int n);
+    // A new edge between two vertices of a common face, splitting it in two: the lower-index
+    // face is kept for the loop on the chain's side 1, a copy (same normal and material) is
+    // appended for the other. False, and nothing changed, when an edge already joins them or
+    // they share no face. Does not touch `arista` of the two vertices.
+    //
+    //      before                 after
+    //   v1 ------ b            v1 ------ b
+    //   |    f    |            | \   f   |
+    //   |         |            |   \     |
+    //   d ------ v2            d  g  \ v2
+    bool uneVertices(int32_t v1, int32_t v2);
+    // As uneVertices along a chain of vertices whose ends lie on a common face (the first
+    // face, in index order, of both ends). Interior vertices may be bare. False when the ends
+    // share no face or don't lie on its cycle.
+    bool uneCadena(const std::vector<int32_t>& cadena);
+    // Sorted distinct faces named by the edges that touch v.
+    void carasDeVertice(int32_t v, std::vector<int32_t>& out) const;
+    // Cuts a face along points: the first and last must lie on a vertex (exactly) or an edge
+    // (within 0.001) of it; the points between become new bare vertices of the chain. Returns
+    // what uneCadena returned; the vertices stay appended when it fails.
+    //
+    //      before                 after
+    //   +----------+           +----x-----+
+    //   |          |           |     \    |
+    //   |          |   ->      |      x   |     x: new vertices, the ends splitting edges
+    //   |          |           |       \  |
+    //   +----------+           +--------x-+
+    bool recortaCara(const std::vector<Punto3<double>>& polilinea);
+    // First vertex record equal to the point, or -1.
+    int32_t buscaVertice(const Punto3<double>& punto) const;
+    // First live edge on which the point lies within 0.001, or -1.
+    int32_t buscaArista(const Punto3<double>& punto) const;
+    // A new quad a, a+vector, b+vector, b on a boundary edge a-b; nothing on an edge with two
+    // faces (or none alive).
+    //
+    //   a' ---- b'
+    //   |  new  |
+    //   a ----- b   <- edge with one face below
+    void extruyeArista(int32_t arista, const Vector3D<double>& vector);
+    // The same, by the vector from the edge's midpoint to `punto`.
+    void extruyeAristaHasta(int32_t arista, const Punto3<double>& punto);
+    // A prism on a face: a top copy moved along the face's normal by `distancia`, one quad per
+    // side; the face itself is deleted (its record stays) and the new faces take material 0.
+    //
+    //      before                 after
+    //                           b --- b+1      top: b..b+n-1
+    //   L0 ---- L1              |      |       sides: (L[j], b+j, b+i, L[i])
+    //                           L0 --- L1
+    void extruyeCara(int32_t cara, float distancia);
+    // An extruded strip: the polyline's points and the same moved by `vector`, one quad per
+    // segment, and one more joining the ends when `cerrada`.
+    Modelo3D(const std::vector<Punto3<double>>& polilinea, bool cerrada,
+             const Vector3D<double>& vector);
+    // Replaces a face by a ring of quads around a copy shrunk by half about its centre;
+    // the inner copy is a face when `cerrada`, else a hole.
+    //
+    //   +--------+          +--------+
+    //   |        |          | +----+ |
+    //   |        |   ->     | |    | |    inner face when cerrada, hole otherwise
+    //   |        |          | +----+ |
+    //   +--------+          +--------+
+    void parteCara(int32_t cara, bool cerrada);
+    // Reverses the wings of one face: next and previous swap on side 0; on side 1 the swap is
+    // anteriorCara0 with siguienteCara1, which bends a neighbour's cycle where one shares the
+    // edge. Cached normals are kept.
+    void invierteCara(int32_t cara);
+    // invierteCara of every live face in ascending order.
+    void invierteNormales();
+
     // Installs the edit hooks and makes this the current model; terminaEdicion undoes both.
     void iniciaEdicion();
     void terminaEdicion();
@@ -289,6 +410,10 @@ private:
     // The vertex cycle of a face into `out`, stopping after `maximo` corners.
     void verticesCara(int32_t cara, std::vector<int32_t>& out, size_t maximo) const;
     Vector3D<float> calculaNormal(int32_t cara) const;
+    // Quads (L[j], b+j, b+i, L[i]) from a cycle to its copy numbered from b, and the copy's
+    // face: the two halves of an extrusion and of an inset.
+    void anillo(const std::vector<int32_t>& ciclo, int32_t b);
+    void tapa(int32_t b, int32_t n);
     // Whether the records read from a file form a mesh every walk can trust.
     bool estructuraSana() const;
     // The edit hook: the new edge becomes the `arista` of both its ends in the current model.
