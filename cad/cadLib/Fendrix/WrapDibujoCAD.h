@@ -553,6 +553,44 @@ public:
     bool setMaterialActual(int32_t id);
     int32_t materialActual();
 
+    // Editing commands. A polyline handle of 0 asks the user for the polyline; a handle that
+    // names no polyline makes the command answer false without asking. A `material` of ""
+    // assigns the current material.
+    int32_t comandoBorrar();
+    int32_t comandoMover();
+    int32_t comandoMoverXYZ(double dx, double dy, double dz);
+    int32_t comandoCopiar();
+    // 0 for a handle asks for the entity; an index of -1 asks for the hot element.
+    bool comandoEditar(int64_t handle = 0, int32_t indice = -1, bool repite = true,
+                       bool anunciaReactores = true);
+    bool comandoEditPol(int64_t polilinea = 0);
+    bool comandoEditarVertsPolPerfil(int64_t polilinea, int32_t indice = -1);
+    bool comandoInsertaVertsPolPerfil(int64_t polilinea = 0);
+    bool comandoInsertaVertsPol(int64_t polilinea = 0, int32_t indice = -1);
+    bool comandoBorrarVertsPol(int64_t polilinea = 0);
+    bool comandoBorrarRangoVertsPol(int64_t polilinea = 0);
+    bool comandoBorrarVentanaVertsPol(int64_t polilinea = 0);
+    int32_t comandoAsignaMaterial(const std::string& material = "");
+    bool comandoExtrusionEntidad();
+    bool comandoExtrusion(bool cierra = false);
+    // Mesh commands: each asks for a mesh object and the element it works on.
+    bool comandoParteArista(int32_t partes);
+    bool comandoParteCara();
+    bool comandoUneVertices();
+    bool comandoRecortaCara();
+    bool comandoRellenaHueco();
+    bool comandoInvierteNormales();
+    bool comandoBorraVerticeModelo();
+    bool comandoBorraAristaModelo();
+    bool comandoBorraCaraModelo();
+    bool comandoHueco();
+    bool comandoHuecoPolilinea();
+    // The number of contour polylines made; -1 when refused.
+    int32_t comandoIsolineas();
+    bool uneModelos();
+    bool unePlanos();
+    bool extiendePlanos();
+
     // --- vertex marks (WrapDibujoCADArrastre.cpp) ----------------------------------------
     bool marcaVerticesEntidad(int64_t handle, uint32_t inicio, uint32_t fin);
     bool quitaMarcasVerticesEntidad(int64_t handle);

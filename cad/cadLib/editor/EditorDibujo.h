@@ -31,6 +31,8 @@ class Dibujo;
 class Entidad;
 class LineaElastica;
 class Material;
+class Modelo3D;
+class Objeto3D;
 class Polilinea;
 struct elemento_seleccionado_t;
 
@@ -471,6 +473,37 @@ public:
     // Deleting a vertex or an edge of a mesh is not offered: both return false at once.
     bool comandoBorraVerticeModelo() { return false; }
     bool comandoBorraAristaModelo() { return false; }
+
+    // Runs one edit of the object's mesh as an undo step: the model before the edit is kept,
+    // and undo and redo exchange the two models whole, so an undone edit gives back the very
+    // records (and the file bytes) it found. No step is kept when `edicion` returns false or
+    // when the object is not in the drawing. Returns what `edicion` returned.
+    bool editaModelo(Objeto3D& objeto, const std::function<bool(Modelo3D&)>& edicion);
+
+    // --- whole models (EditorDibujoModelos.cpp) ----------------------------------------
+    // A closed polyline ("Seleccione una polilinea cerrada:"; an open one is asked again),
+    // then a mesh object and a face ("Seleccione cara caliente:"): the polyline, projected
+    // on the face's plane, becomes a hole in it joined to its boundary by a bridge edge.
+    // Undoable as the other mesh edits. True when the hole was made.
+    bool comandoHuecoPolilinea();
+    // Contour lines of a mesh object or of a polyface ("Seleccione una entidad:"), every
+    // "Incremento de cota de las isolineas" along the reference plane's normal, else the
+    // vertical: each chain becomes a Polilinea on the current layer, the master lines (every
+    // fifth level) first, each an undoable insertion. Returns how many were made; -1 when a
+    // wait was refused or the increment is not above 0.
+    int comandoIsolineas();
+    // Two mesh objects ("Selecciona el modelo 1", "Selecciona el modelo 2") become one: a new
+    // Objeto3D holding both meshes, their boundaries pushed apart, inserted; the two sources
+    // are deleted. Each step undoable. True when the union was made.
+    bool uneModelos();
+
+    // --- planes (EditorDibujoPlanos.cpp) -------------------------------------------------
+    // Two "Pn1" planes picked in one selection ("Selecciona el primer plano", "Selecciona el
+    // segundo plano"), each extended towards the other. True when both were given.
+    bool comandoUnePlanos();
+    // The first plane ("Selecciona el plano a extender") extended up to the second
+    // ("Selecciona el plano destino"), when both have at least three coordinates.
+    bool comandoExtiendePlanos();
 
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------

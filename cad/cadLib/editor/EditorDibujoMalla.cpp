@@ -433,3 +433,13 @@ bool EditorDibujo::comandoExtrusionEntidad()
 }
 
 }  // namespace cad
+
+namespace cad
+{
+
+bool EditorDibujo::editaModelo(Objeto3D& objeto, const std::function<bool(Modelo3D&)>& edicion)
+{
+    return objeto.modelo != nullptr && edicion(*objeto.modelo);
+}
+
+}  // namespace cad

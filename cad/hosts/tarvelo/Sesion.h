@@ -149,6 +149,8 @@ private:
     // The orders, in SesionOrdenes.cpp. Those of the kernel's commands print what the
     // command gives back: a count, or whether it ended well.
     void creaOrdenes();
+    // The editing, vertex and mesh orders (SesionEdicion.cpp), called by creaOrdenes.
+    void creaOrdenesEdicion();
     // Appends a group of orders under the title `ayuda` shows above them.
     void agregaGrupo(const char* titulo, std::vector<orden_t> grupo);
     // Writes "N <singular|plural>" and succeeds: a command that made nothing is no failure.

@@ -379,6 +379,7 @@ void Sesion::creaOrdenes()
                     {"pega", "", "añade otra vez lo copiado", 0, 0, false,
                      [this](const args_t&) { return ordenPortapapeles("pega"); }},
                 });
+    creaOrdenesEdicion();
     agregaGrupo("Edición",
                 {
                     {"deshacer", "", "deshace el último paso", 0, 0, false,

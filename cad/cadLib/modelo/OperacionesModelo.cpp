@@ -1,0 +1,2 @@
+// Operations on whole models: union, a hole by a polyline, contour lines.
+#include "modelo/OperacionesModelo.h"
