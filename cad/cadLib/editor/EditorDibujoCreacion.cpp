@@ -14,6 +14,7 @@
 #include "entidades/Linea.h"
 #include "entidades/Objeto3D.h"
 #include "entidades/Plano.h"
+#include "entidades/Policara.h"
 #include "entidades/Punto.h"
 #include "modelo/Modelo3D.h"
 
@@ -490,6 +491,16 @@ int EditorDibujo::comandoConvierteObjeto3D()
                  fuente->tieneFirma(kFirmaEntidadPrisma) || fuente->tieneFirma(kFirmaEntidadEsfera))
         {
             static_cast<const EntidadConVolumen*>(fuente)->generaModelo(*modelo);
+        }
+        else if (fuente->tieneFirma(kFirmaEntidadPolicara))
+        {
+            // An imported terrain becomes a mesh that the mesh commands can edit; a soup with
+            // no valid face stays as it is.
+            static_cast<const Policara*>(fuente)->aModelo(*modelo);
+            if (modelo->caras().empty())
+            {
+                continue;
+            }
         }
         else
         {

@@ -5,6 +5,7 @@
 #include <bitset>
 #include <cstddef>
 #include <cstring>
+#include <unordered_map>
 #include <utility>
 
 #include "base/Empaquetador.h"
@@ -15,6 +16,7 @@
 #include "documento/ReferenciaEntidades.h"
 #include "documento/VariablesPintura.h"
 #include "intercambio/ExportaDXF.h"
+#include "modelo/Modelo3D.h"
 #include "modelo/PuntosCalientes.h"
 #include "pantalla/PantallaCAD.h"
 
@@ -319,6 +321,75 @@ void Policara::recorreCaras(F&& f) const
             f(q, 4);
         }
     }
+}
+
+void Policara::aModelo(Modelo3D& m) const
+{
+    const auto base = static_cast<int32_t>(m.vertices().size());
+    m.reserva(puntos.size(), 3 * (triangulos.size() + cuadrilateros.size()),
+              triangulos.size() + cuadrilateros.size());
+    for (const Punto3<double>& p : puntos)
+    {
+        m.nuevoVertice(p);
+    }
+    // Per side (its two point indices, lower first): how many faces walk it, and from which
+    // end the first one does.
+    struct uso_t
+    {
+        uint8_t caras = 0;
+        int32_t desde = -1;
+    };
+    std::unordered_map<uint64_t, uso_t> usos;
+    usos.reserve(2 * (triangulos.size() + cuadrilateros.size()));
+    const auto clave = [](int32_t a, int32_t b)
+    {
+        const auto x = static_cast<uint32_t>(std::min(a, b));
+        const auto y = static_cast<uint32_t>(std::max(a, b));
+        return (static_cast<uint64_t>(x) << 32) | y;
+    };
+    recorreCaras(
+        [&](int32_t inicio, int lados)
+        {
+            int32_t v[4];
+            Punto3<double> p[4];
+            Vector2D<float> uv[4];
+            for (int k = 0; k < lados; ++k)
+            {
+                const esquina_t& e = esquinas[static_cast<size_t>(inicio + k)];
+                v[k] = e.indice;
+                p[k] = puntos[static_cast<size_t>(e.indice)];
+                uv[k] = Vector2D<float>(static_cast<float>(e.uv.x), static_cast<float>(e.uv.y));
+            }
+            for (int k = 0; k < lados; ++k)
+            {
+                if (std::count(v, v + lados, v[k]) > 1)
+                {
+                    return;
+                }
+            }
+            const uint16_t primero = esquinas[static_cast<size_t>(inicio)].material;
+            const uint16_t material = primero == 0xFFFF ? 0 : primero;
+            bool propia = false;
+            for (int k = 0; k < lados && !propia; ++k)
+            {
+                const auto u = usos.find(clave(v[k], v[(k + 1) % lados]));
+                propia = u != usos.end() && (u->second.caras >= 2 || u->second.desde == v[k]);
+            }
+            if (propia)
+            {
+                m.nuevaCara(lados, p, uv, false, material);
+                return;
+            }
+            for (int k = 0; k < lados; ++k)
+            {
+                uso_t& u = usos[clave(v[k], v[(k + 1) % lados])];
+                u.desde = u.caras == 0 ? v[k] : u.desde;
+                ++u.caras;
+                m.setCoordenadasUV(base + v[k], uv[k]);
+                v[k] += base;
+            }
+            m.nuevaCara(lados, v, false, material);
+        });
 }
 
 void Policara::puntosCalientesEdicion(PuntosCalientes& p, int a, int b)

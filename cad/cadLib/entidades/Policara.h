@@ -15,6 +15,7 @@ namespace cad
 {
 
 class Dibujo;
+class Modelo3D;
 struct informeOBJ_t;
 
 // One corner of one face. Each corner carries its own normal and texture pair, so painting
@@ -95,6 +96,14 @@ public:
     // materials it uses in `dibujo`. A file that cannot be opened leaves the soup empty. With
     // `informe`, what was read, dropped and cut is counted there.
     void importaObj(const std::string& ruta, Dibujo& dibujo, informeOBJ_t* informe = nullptr);
+
+    // A mesh of the valid faces, triangles then quadrilaterals, on the soup's points as shared
+    // vertices, so that neighbouring faces stay joined along their common sides. A vertex
+    // takes the texture pair of the last corner naming it, a face the material of its first
+    // corner (none, 0xFFFF, becomes 0). A face with a repeated point is left out, and a face
+    // that would be a third one on a side, or would walk a side the way a face on it already
+    // walks it, gets vertices of its own: the mesh stays sound whatever the file held.
+    void aModelo(Modelo3D& m) const;
 
     // Whether the face whose first corner is `inicio`, with `lados` corners, lies inside
     // `esquinas` and names existing points only.

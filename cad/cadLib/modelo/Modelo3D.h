@@ -220,6 +220,12 @@ public:
     // Mean of every vertex record; NaN for an empty model.
     Punto3<double> centroide() const;
     void limpia();
+    // Appends the records of `otro` (OperacionesModelo.cpp): edge ends, wings and faces are
+    // shifted past this model's records, vertices are copied as they are. Two records keep
+    // what they had, as the union always did: a vertex's `arista` still names an edge of the
+    // first part of the table until an edit touches that vertex, and a deleted face of `otro`
+    // (edge -1) comes back naming the last edge of this model. A dead edge stays dead.
+    void agrega(const Modelo3D& otro);
 
     int32_t nuevoVertice(const Punto3<double>& p);
     int32_t nuevoVertice(const Punto3<double>& p, const Vector2D<float>& uv);

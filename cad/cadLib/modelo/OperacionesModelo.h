@@ -47,6 +47,10 @@ bool huecoPolilinea(Modelo3D& modelo, int32_t cara, const std::vector<Punto3<dou
 void cortaPlano(const Modelo3D& modelo, const Plano3D<double>& plano,
                 std::vector<Punto3<double>>& puntos);
 
+// The heights along `direccion` of the levels isolineas cuts, level 0 first.
+std::vector<double> cotasIsolineas(const Modelo3D& modelo, const Vector3D<double>& direccion,
+                                   double intervalo);
+
 // Contour sections of the model every `intervalo` along the unit `direccion`, swept from the
 // centre of its box less the box's half diagonal, over the whole diagonal: levels 0, 5, 10...
 // go to `maestras`, the others to `normales`, one point list per level as cortaPlano makes
