@@ -21,7 +21,8 @@ cad::Polilinea* polilinea(const cad::Dibujo* d, int64_t handle)
 bool polilineaPedida(const cad::EditorDibujo* editor, const cad::Dibujo* d, int64_t handle,
                      cad::Polilinea*& p)
 {
-    p = polilinea(d, handle);
+    // A disposed facade has neither editor nor drawing: no handle is looked up then.
+    p = editor != nullptr ? polilinea(d, handle) : nullptr;
     return editor != nullptr && (handle == 0 || p != nullptr);
 }
 
@@ -180,7 +181,7 @@ int32_t WrapDibujoCAD::comandoCopiar()
 bool WrapDibujoCAD::comandoEditar(int64_t handle, int32_t indice, bool repite,
                                   bool anunciaReactores)
 {
-    cad::Entidad* e = handle == 0 ? nullptr : mDibujo->buscaEntidad(handle);
+    cad::Entidad* e = mEditor == nullptr || handle == 0 ? nullptr : mDibujo->buscaEntidad(handle);
     if (mEditor == nullptr || (handle != 0 && e == nullptr))
     {
         return false;
