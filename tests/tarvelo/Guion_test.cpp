@@ -390,4 +390,96 @@ TEST(GuionCreacion, portapapeles)
     EXPECT_EQ(cortado.de<cad::Entidad>("Pt1").size(), 1U);
 }
 
+// The faces a mesh still has: a deleted face keeps its record, with no edge.
+size_t carasVivas(const cad::Objeto3D* o)
+{
+    const auto& caras = o->modelo->caras();
+    return static_cast<size_t>(std::count_if(caras.begin(), caras.end(),
+                                             [](const cad::cara_t& c) { return c.arista != -1; }));
+}
+
+// Delete, move by two points (no undo step), move the selection by a vector and duplicate;
+// all but the move by two points undone and redone around their saves.
+TEST(GuionEdicion, modificar)
+{
+    const fs::path p = juega("edicion_modificar");
+    for (const char* prefijo : {"borra", "muevexyz", "duplica"})
+    {
+        compruebaDeshacer(p, prefijo);
+    }
+    const Leido movido(p / "muevexyz_antes.cad");
+    const auto lineas = movido.de<cad::Entidad>("Ln1");
+    ASSERT_EQ(lineas.size(), 1U);
+    EXPECT_TRUE(mismosPuntos(puntos(lineas[0]), {{0, 110, 0}, {100, 110, 0}}, true));
+    const Leido xyz(p / "muevexyz_hecho.cad");
+    const auto desplazadas = xyz.de<cad::Entidad>("Ln1");
+    ASSERT_EQ(desplazadas.size(), 1U);
+    EXPECT_TRUE(mismosPuntos(puntos(desplazadas[0]), {{10, 105, 2.5}, {110, 105, 2.5}}, true));
+    const Leido duplicado(p / "duplica_hecho.cad");
+    const auto puntosDibujo = duplicado.de<cad::Entidad>("Pt1");
+    ASSERT_EQ(puntosDibujo.size(), 2U);
+    EXPECT_TRUE(mismosPuntos(puntos(puntosDibujo[0]), {{60, 60, 0}}, true));
+    EXPECT_TRUE(mismosPuntos(puntos(puntosDibujo[1]), {{160, 60, 0}}, true));
+}
+
+// The polyline vertex editors, each on the polyline it picks: what is left of both.
+TEST(GuionEdicion, verticesDePolilineas)
+{
+    const fs::path p = juega("edicion_vertices");
+    const Leido final(p / "final.cad");
+    const auto lineas = final.de<cad::Polilinea>("Pg1");
+    ASSERT_EQ(lineas.size(), 2U);
+    EXPECT_TRUE(lineas[0]->cerrada);
+    EXPECT_TRUE(mismosPuntos(
+        puntos(lineas[0]),
+        {{0, 100, 0}, {200, 100, 0}, {400, 100, 0}, {450, 120, 0}, {600, 100, 0}}, true));
+    EXPECT_FALSE(lineas[1]->cerrada);
+    EXPECT_TRUE(mismosPuntos(puntos(lineas[1]), {{0, 300, 0}, {600, 300, 0}}, true));
+}
+
+// Mesh edits on faces drawn by the script, told by the live faces each mesh is left with.
+TEST(GuionEdicion, mallas)
+{
+    const fs::path p = juega("edicion_mallas");
+    compruebaDeshacer(p, "partecara");
+    const Leido final(p / "final.cad");
+    const auto objetos = final.de<cad::Objeto3D>("Ob1");
+    ASSERT_EQ(objetos.size(), 5U);
+    EXPECT_EQ(carasVivas(objetos[0]), 2U);  // split edge, then joined across
+    EXPECT_EQ(carasVivas(objetos[1]), 5U);  // a ring of four around the inner face
+    EXPECT_EQ(carasVivas(objetos[2]), 4U);  // the ring alone
+    EXPECT_EQ(carasVivas(objetos[3]), 0U);  // deleted
+    EXPECT_EQ(carasVivas(objetos[4]), 5U);  // the face moved out and four sides
+    // The face's normal points down here, and the prism grows along it, 30 deep.
+    const auto& prisma = objetos[4]->modelo->vertices();
+    const auto abajo = [](const cad::vertice_t& v) { return v.punto.z == -30.0; };
+    EXPECT_TRUE(std::any_of(prisma.begin(), prisma.end(), abajo));
+    EXPECT_TRUE(std::all_of(prisma.begin(), prisma.end(),
+                            [&](const cad::vertice_t& v) { return v.punto.z == 0.0 || abajo(v); }));
+}
+
+// Refused arguments: each order says why and runs nothing.
+TEST(GuionEdicion, argumentosRechazados)
+{
+    std::istringstream guion(
+        "muevexyz 1 x 2\nmuevexyz 1 2 inf\npartearista 1\npartearista dos\n"
+        "asignamaterial madera\n");
+    std::ostringstream salida;
+    tarvelo::Sesion::opciones_t opciones;
+    opciones.eco = true;
+    tarvelo::Sesion sesion(guion, salida, opciones);
+    EXPECT_EQ(sesion.ejecuta(), 0);
+    EXPECT_EQ(salida.str(),
+              "> muevexyz 1 x 2\n"
+              "muevexyz: x no es un número\n"
+              "> muevexyz 1 2 inf\n"
+              "muevexyz: inf no es un número\n"
+              "> partearista 1\n"
+              "partearista: las partes son un entero de 2 a 1000\n"
+              "> partearista dos\n"
+              "partearista: las partes son un entero de 2 a 1000\n"
+              "> asignamaterial madera\n"
+              "asignamaterial: el dibujo no tiene el material madera (materiales los lista)\n");
+}
+
 }  // namespace

@@ -666,6 +666,7 @@ bool EditorDibujo::comandoEditPol(Polilinea* polilinea)
         }
         if (!dibujo_->contieneEntidad(p))
         {
+            opciones.clear();
             finComandoInteractivo();
             return false;
         }
@@ -735,6 +736,7 @@ bool EditorDibujo::comandoEditPol(Polilinea* polilinea)
         }
         if (!dibujo_->contieneEntidad(p))
         {
+            opciones.clear();
             finComandoInteractivo();
             return false;
         }
@@ -744,6 +746,8 @@ bool EditorDibujo::comandoEditPol(Polilinea* polilinea)
             break;
         }
     }
+    // The vertex menu's options must not stay offered to the next prompt.
+    opciones.clear();
     resalta(*dibujo_, p, false);
     actualiza(kPropiedades, false);
     finComandoInteractivo();

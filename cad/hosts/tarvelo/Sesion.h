@@ -151,6 +151,11 @@ private:
     void creaOrdenes();
     // The editing, vertex and mesh orders (SesionEdicion.cpp), called by creaOrdenes.
     void creaOrdenesEdicion();
+    // Writes `si` or `no` for a command that answers whether it ended well, and succeeds.
+    bool informaSiNo(bool hecho, const char* si, const char* no);
+    bool ordenMueveXYZ(const std::vector<std::string>& argumentos);
+    bool ordenParteArista(const std::vector<std::string>& argumentos);
+    bool ordenAsignaMaterial(const std::vector<std::string>& argumentos);
     // Appends a group of orders under the title `ayuda` shows above them.
     void agregaGrupo(const char* titulo, std::vector<orden_t> grupo);
     // Writes "N <singular|plural>" and succeeds: a command that made nothing is no failure.
