@@ -80,14 +80,16 @@ int carasVivas(const Modelo3D& m)
 }
 
 // Skeleton: another entity is passed over and the pick asked again, a click on nothing asks for
-// the face again; the face dies, the mesh stays sound, the drawing is marked changed with no
-// undo step, and the entity ends unmarked, so that it can be picked again.
+// the face again; the face dies, the mesh stays sound, the drawing is marked changed, and the
+// entity ends unmarked, so that it can be picked again. The edit is one undo step: undo gives
+// the records back, redo the edit.
 TEST(ComandoBorraCaraModelo, otraEntidadYFalloRepitenYLaCaraMuere)
 {
     SesionEditor s;
     s.editor->nuevaEntidad(new cad::Linea(P(100, 400, 0), P(300, 400, 0)));
     Objeto3D* o = tira(s, 2);
     const size_t pasos = s.editor->comandosDeshacer.size();
+    const auto antes = imagenDe(*o->modelo);
     s.dibujo.borraMarcaCambios();
     {
         GuionSesion g(*s.editor, s.pantalla);
@@ -99,8 +101,13 @@ TEST(ComandoBorraCaraModelo, otraEntidadYFalloRepitenYLaCaraMuere)
     EXPECT_EQ(o->modelo->caras()[0].arista, -1);
     EXPECT_NE(o->modelo->caras()[1].arista, -1);
     EXPECT_TRUE(s.dibujo.hayCambios());
-    EXPECT_EQ(s.editor->comandosDeshacer.size(), pasos);
     EXPECT_EQ(o->estado & (cad::kEstadoSeleccionada | cad::kEstadoResaltada), 0U);
+    ASSERT_EQ(s.editor->comandosDeshacer.size(), pasos + 1);
+    const auto despues = imagenDe(*o->modelo);
+    s.editor->deshacer();
+    EXPECT_EQ(imagenDe(*o->modelo), antes);
+    s.editor->rehacer();
+    EXPECT_EQ(imagenDe(*o->modelo), despues);
 }
 
 // A face pick's position counts live faces only and reaches the mesh as it stands: with face 0

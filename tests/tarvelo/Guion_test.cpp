@@ -458,6 +458,36 @@ TEST(GuionEdicion, mallas)
                             [&](const cad::vertice_t& v) { return v.punto.z == 0.0 || abajo(v); }));
 }
 
+// A hole cut by a closed polyline, contour lines and the union of two models.
+TEST(GuionEdicion, modelos)
+{
+    const fs::path p = juega("edicion_modelos");
+    compruebaDeshacer(p, "hueco");
+    const Leido final(p / "final.cad");
+    const auto objetos = final.de<cad::Objeto3D>("Ob1");
+    ASSERT_EQ(objetos.size(), 1U);
+    // The keyhole face (4 + 1 + 4 + 1 corners) and the sloping face, in one model.
+    EXPECT_EQ(carasVivas(objetos[0]), 2U);
+    size_t esquinas = 0;
+    std::vector<int32_t> ciclo;
+    for (int32_t f = 0; f < static_cast<int32_t>(objetos[0]->modelo->caras().size()); ++f)
+    {
+        objetos[0]->modelo->getVerticesCara(f, ciclo);
+        esquinas = std::max(esquinas, ciclo.size());
+    }
+    EXPECT_EQ(esquinas, 10U);
+    // The hole's polyline stays; three of the four contours of the slope are left, each
+    // level at one height.
+    const auto lineas = final.de<cad::Polilinea>("Pg1");
+    ASSERT_EQ(lineas.size(), 4U);
+    EXPECT_TRUE(lineas[0]->esCerrada());
+    for (size_t k = 1; k < lineas.size(); ++k)
+    {
+        EXPECT_FALSE(lineas[k]->esCerrada());
+        EXPECT_EQ(lineas[k]->vertices.front().z, lineas[k]->vertices.back().z);
+    }
+}
+
 // Refused arguments: each order says why and runs nothing.
 TEST(GuionEdicion, argumentosRechazados)
 {

@@ -1,8 +1,12 @@
 #include "editor/Comando.h"
 
+#include <mutex>
+#include <utility>
+
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "entidades/Entidad.h"
+#include "entidades/Objeto3D.h"
 
 namespace cad
 {
@@ -268,6 +272,51 @@ void ComandoCapa::deshacer()
             return;
         default:
             return;
+    }
+}
+
+// --- mesh edit -----------------------------------------------------------------------------
+
+ComandoModelo::ComandoModelo(Dibujo* d, Objeto3D* o, std::unique_ptr<Modelo3D> otro)
+    : Comando(d), objeto(o), modelo(std::move(otro))
+{
+}
+
+// Out of line, where Modelo3D is complete.
+ComandoModelo::~ComandoModelo() = default;
+
+void ComandoModelo::intercambia()
+{
+    {
+        // The painting thread reads the object's mesh under the drawing's lock.
+        std::lock_guard<std::recursive_mutex> guardia(dibujo->lock);
+        Modelo3D* entra = modelo.release();
+        modelo.reset(objeto->modelo);
+        objeto->modelo = entra;
+    }
+    hecho = !hecho;
+    // Nothing of the object is cached from its mesh: its box, points and paint are read from
+    // the mesh each time. The mesh's own mark tells that it is not the one built.
+    if (objeto->modelo != nullptr)
+    {
+        objeto->modelo->modificado = 1;
+    }
+    dibujo->edicionHecha();
+}
+
+void ComandoModelo::deshacer()
+{
+    if (hecho && vigente() && dibujo->contieneEntidad(objeto))
+    {
+        intercambia();
+    }
+}
+
+void ComandoModelo::rehacer()
+{
+    if (!hecho && vigente() && dibujo->contieneEntidad(objeto))
+    {
+        intercambia();
     }
 }
 

@@ -1,8 +1,10 @@
-// Undo steps. Four things are undoable: an entity's appearance, its deletion, a numeric move,
-// and layer changes; every other edit goes straight into the entities.
+// Undo steps. Five things are undoable: an entity's appearance, its deletion, a numeric move,
+// layer changes and the edits of an Objeto3D's mesh; every other edit goes straight into the
+// entities.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,8 @@ namespace cad
 class Capa;
 class Dibujo;
 class Entidad;
+class Modelo3D;
+class Objeto3D;
 
 // A step performs its action through rehacer (registraComando runs it) and reverts it through
 // deshacer. Ownership: while a step has an entity out of the drawing, the step owns it, so
@@ -137,6 +141,31 @@ private:
     ComandoCapa(Dibujo* d, int t) : Comando(d), tipo(t) {}
     bool propias = false;
     Capa* retirada = nullptr;  // kind 1: the layer object the deletion took out
+};
+
+// One edit of an object's mesh. The step holds the mesh the object does not: the one from
+// before the edit while it is done, the edited one while it is undone. Undo and redo exchange
+// the two pointers, so the records come back exactly as they were and nothing is copied.
+// The step owns only the mesh it holds; the object keeps owning (and deleting) its own.
+class ComandoModelo : public Comando
+{
+public:
+    // Made with the edit already run: `otro` is the mesh from before it, and the step starts
+    // done, so that registraComando's rehacer leaves the edit in place.
+    ComandoModelo(Dibujo* d, Objeto3D* o, std::unique_ptr<Modelo3D> otro);
+    ~ComandoModelo() override;
+    void deshacer() override;
+    void rehacer() override;
+
+    Objeto3D* objeto;
+    // Whether the object holds the edited mesh. Changes only with an exchange, so that a
+    // skipped exchange (object out of the drawing) never pairs the wrong meshes later.
+    bool hecho = true;
+
+private:
+    void intercambia();
+
+    std::unique_ptr<Modelo3D> modelo;
 };
 
 }  // namespace cad

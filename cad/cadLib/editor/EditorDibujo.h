@@ -323,8 +323,9 @@ public:
     // Spheres by centre and radius on the current material; a number answers the radius.
     int comandoModeloEsfera();
     // Picks until refused (a right click or a cancel; Enter is no answer to a pick), then each
-    // picked plane of three or more points, cylinder, model box or sphere becomes an Objeto3D
-    // with its layer, colour and line style and the current material. The source is destroyed
+    // picked plane of three or more points, cylinder, model box, sphere or polyface (its
+    // faces on shared vertices, see Policara::aModelo) becomes an Objeto3D with its layer,
+    // colour and line style and the current material. The source is destroyed
     // with no undo step, and only after the host accepted the new object. The count made.
     int comandoConvierteObjeto3D();
     // The material new faces and models take: 0 (none) on a new drawing and after a load.
@@ -430,10 +431,10 @@ public:
     // mesh, asking again while the click finds nothing of the kind asked. The element's index
     // is the pick's position in the entity's hot elements, passed to the mesh as it stands:
     // once a face or an edge has died the positions no longer match the records, and an edit
-    // may then name a dead record (which the mesh ignores) or another element. None of them is
-    // undoable and none talks to the edit reactor. The entity is selected and highlighted
-    // while the command runs and unmarked at its end. False when a wait was refused, unless
-    // said otherwise.
+    // may then name a dead record (which the mesh ignores) or another element. Each edit of the
+    // mesh is one undo step (editaModelo); none talks to the edit reactor. The entity is
+    // selected and highlighted while the command runs and unmarked at its end. False when a
+    // wait was refused, unless said otherwise.
     //
     // Deletes the picked face ("Seleccione cara caliente:").
     bool comandoBorraCaraModelo();
@@ -476,21 +477,23 @@ public:
 
     // Runs one edit of the object's mesh as an undo step: the model before the edit is kept,
     // and undo and redo exchange the two models whole, so an undone edit gives back the very
-    // records (and the file bytes) it found. No step is kept when `edicion` returns false or
-    // when the object is not in the drawing. Returns what `edicion` returned.
+    // records (and the file bytes) it found. An edit that returns false (or throws) gets the
+    // model it found back, since a refused cut may already have split edges; no step is kept
+    // then. Returns what `edicion` returned.
     bool editaModelo(Objeto3D& objeto, const std::function<bool(Modelo3D&)>& edicion);
 
     // --- whole models (EditorDibujoModelos.cpp) ----------------------------------------
-    // A closed polyline ("Seleccione una polilinea cerrada:"; an open one is asked again),
-    // then a mesh object and a face ("Seleccione cara caliente:"): the polyline, projected
-    // on the face's plane, becomes a hole in it joined to its boundary by a bridge edge.
-    // Undoable as the other mesh edits. True when the hole was made.
+    // A mesh object ("Seleccione una entidad:"), a closed polyline ("Seleccione una polilinea
+    // cerrada:"; anything else is asked again) and a face ("Seleccione cara caliente:"): the
+    // polyline, projected on the face's plane, becomes a hole in it joined to its boundary
+    // by a bridge (see huecoPolilinea). Undoable as the other mesh edits; it lives with them
+    // in EditorDibujoMalla.cpp. True when the hole was made.
     bool comandoHuecoPolilinea();
     // Contour lines of a mesh object or of a polyface ("Seleccione una entidad:"), every
     // "Incremento de cota de las isolineas" along the reference plane's normal, else the
     // vertical: each chain becomes a Polilinea on the current layer, the master lines (every
-    // fifth level) first, each an undoable insertion. Returns how many were made; -1 when a
-    // wait was refused or the increment is not above 0.
+    // fifth level) first, each an undoable insertion. An increment not above 0 is refused
+    // and asked again. Returns how many were made; -1 when a wait was refused.
     int comandoIsolineas();
     // Two mesh objects ("Selecciona el modelo 1", "Selecciona el modelo 2") become one: a new
     // Objeto3D holding both meshes, their boundaries pushed apart, inserted; the two sources

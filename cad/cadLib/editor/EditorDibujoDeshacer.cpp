@@ -7,6 +7,7 @@
 #include "editor/Comando.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
+#include "entidades/Objeto3D.h"
 
 namespace cad
 {
@@ -34,6 +35,10 @@ void olvidaEnPasos(std::vector<Comando*>& pila, const Entidad* e)
         else if (auto* m = dynamic_cast<ComandoMoverEntidad*>(c))
         {
             nombra = m->entidad == e;
+        }
+        else if (auto* o = dynamic_cast<ComandoModelo*>(c))
+        {
+            nombra = o->objeto == e;
         }
         else if (auto* k = dynamic_cast<ComandoCapa*>(c))
         {

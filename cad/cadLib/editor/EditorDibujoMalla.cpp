@@ -1,14 +1,18 @@
-// EditorDibujo: the commands that edit the mesh of an Objeto3D, and the extrusions.
+// EditorDibujo: the commands that edit the mesh of an Objeto3D, and the extrusions. Every
+// edit of a mesh goes through editaModelo and is one undo step.
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "documento/Dibujo.h"
+#include "editor/Comando.h"
 #include "editor/EditorDibujo.h"
 #include "editor/LineaElastica.h"
 #include "entidades/Objeto3D.h"
 #include "entidades/Polilinea.h"
+#include "modelo/OperacionesModelo.h"
 #include "modelo/PuntosCalientes.h"
 
 namespace cad
@@ -117,7 +121,9 @@ bool comandoMalla(EditorDibujo& editor, const std::function<bool(Objeto3D&, bool
     return resultado;
 }
 
-// A mesh command on one element of one kind.
+// A mesh command on one element of one kind, as one undo step. `edicion` answers whether it
+// changed the mesh; the command ends true once the element was taken, whatever the mesh made
+// of it.
 bool comandoElemento(EditorDibujo& editor, const char* prompt, int32_t tipo,
                      const std::function<bool(Modelo3D&, int32_t)>& edicion)
 {
@@ -133,7 +139,9 @@ bool comandoElemento(EditorDibujo& editor, const char* prompt, int32_t tipo,
                                 return false;
                             }
                             hecho = true;
-                            return edicion(*o.modelo, elemento.indice);
+                            editor.editaModelo(
+                                o, [&](Modelo3D& m) { return edicion(m, elemento.indice); });
+                            return true;
                         });
 }
 
@@ -152,9 +160,14 @@ bool EditorDibujo::comandoBorraCaraModelo()
 bool EditorDibujo::comandoInvierteNormales()
 {
     return comandoMalla(*this,
-                        [](Objeto3D& o, bool& hecho)
+                        [this](Objeto3D& o, bool& hecho)
                         {
-                            o.modelo->invierteNormales();
+                            editaModelo(o,
+                                        [](Modelo3D& m)
+                                        {
+                                            m.invierteNormales();
+                                            return true;
+                                        });
                             hecho = true;
                             return true;
                         });
@@ -166,7 +179,8 @@ bool EditorDibujo::comandoParteArista(int partes)
                            [partes](Modelo3D& m, int32_t arista)
                            {
                                m.parteArista(arista, partes);
-                               return true;
+                               // Below two parts the mesh is left alone: no step to undo.
+                               return partes >= 2;
                            });
 }
 
@@ -198,7 +212,7 @@ bool EditorDibujo::comandoUneVertices()
                 return false;
             }
             hecho = true;
-            return o.modelo->uneVertices(a.indice, b.indice);
+            return editaModelo(o, [&](Modelo3D& m) { return m.uneVertices(a.indice, b.indice); });
         });
 }
 
@@ -261,7 +275,7 @@ bool EditorDibujo::comandoRecortaCara()
                 }
             }
             hecho = true;
-            return o.modelo->recortaCara(corte);
+            return editaModelo(o, [&](Modelo3D& m) { return m.recortaCara(corte); });
         });
 }
 
@@ -373,16 +387,22 @@ bool EditorDibujo::comandoExtrusion(bool cierra)
                 return false;
             }
             hecho = true;
-            if (arista)
-            {
-                o.modelo->extruyeAristaHasta(elemento.indice, cursor.get());
-            }
-            else
-            {
-                // A length, not a projection on the normal: the prism always grows outwards.
-                const double distancia = elemento.punto.distancia(cursor.get());
-                o.modelo->extruyeCara(elemento.indice, static_cast<float>(distancia));
-            }
+            editaModelo(o,
+                        [&](Modelo3D& m)
+                        {
+                            if (arista)
+                            {
+                                m.extruyeAristaHasta(elemento.indice, cursor.get());
+                            }
+                            else
+                            {
+                                // A length, not a projection on the normal: the prism always
+                                // grows outwards.
+                                const double distancia = elemento.punto.distancia(cursor.get());
+                                m.extruyeCara(elemento.indice, static_cast<float>(distancia));
+                            }
+                            return true;
+                        });
             return true;
         });
 }
@@ -432,14 +452,99 @@ bool EditorDibujo::comandoExtrusionEntidad()
     return hecho;
 }
 
-}  // namespace cad
-
-namespace cad
-{
-
+// The edit runs on the object's own mesh, so that the mesh an edit works on is the one the
+// object shows and anything that looked it up meanwhile stays valid; the copy made first is
+// the step's "before", and the step is made done, so registering it leaves the edit as it is.
+// A refused edit may have changed records before refusing (a cut splits its end edges
+// first), and no step could take that back: the object gets the copy again.
 bool EditorDibujo::editaModelo(Objeto3D& objeto, const std::function<bool(Modelo3D&)>& edicion)
 {
-    return objeto.modelo != nullptr && edicion(*objeto.modelo);
+    if (objeto.modelo == nullptr)
+    {
+        return false;
+    }
+    if (!dibujo_->contieneEntidad(&objeto))
+    {
+        // No step can name an object out of the drawing: its steps would never act.
+        return edicion(*objeto.modelo);
+    }
+    auto antes = std::make_unique<Modelo3D>(*objeto.modelo);
+    antes->transformable = objeto.modelo->transformable;
+    const auto devuelve = [&]
+    {
+        std::lock_guard<std::recursive_mutex> guardia(dibujo_->lock);
+        delete std::exchange(objeto.modelo, antes.release());
+    };
+    bool hecha = false;
+    try
+    {
+        hecha = edicion(*objeto.modelo);
+    }
+    catch (...)
+    {
+        devuelve();
+        throw;
+    }
+    if (!hecha)
+    {
+        devuelve();
+        return false;
+    }
+    registraComando(new ComandoModelo(dibujo_, &objeto, std::move(antes)));
+    dibujo_->edicionHecha();
+    actualiza(kControl, false);
+    return true;
+}
+
+bool EditorDibujo::comandoHuecoPolilinea()
+{
+    return comandoMalla(
+        *this,
+        [this](Objeto3D& o, bool& hecho)
+        {
+            Polilinea* p = nullptr;
+            while (p == nullptr)
+            {
+                SeleccionEntidades seleccion(dibujo_);
+                if (!seleccionaEntidad(texto(11, 13, "Seleccione una polilinea cerrada:"),
+                                       seleccion))
+                {
+                    return false;
+                }
+                for (Entidad* e : seleccion.entidades)
+                {
+                    auto* candidata = dynamic_cast<Polilinea*>(e);
+                    if (candidata != nullptr && candidata->esCerrada() && p == nullptr)
+                    {
+                        p = candidata;
+                    }
+                    else
+                    {
+                        e->quitaSeleccion();
+                    }
+                }
+            }
+            PuntosCalientes puntos;
+            elemento_seleccionado_t elemento;
+            const bool cara = esperaElemento(
+                *this, o, texto(11, 9, "Seleccione cara caliente:"),
+                [](const elemento_seleccionado_t& e) { return deTipo(e, kTipoCara); }, puntos,
+                elemento);
+            // The host may have deleted the polyline from inside a wait.
+            const bool presente = dibujo_->contieneEntidad(p);
+            if (presente)
+            {
+                p->quitaSeleccion();
+                dibujo_->redibujar = true;
+            }
+            if (!cara || !presente)
+            {
+                return false;
+            }
+            hecho = editaModelo(o, [&](Modelo3D& m)
+                                { return huecoPolilinea(m, elemento.indice, p->vertices, true); });
+            return hecho;
+        });
 }
 
 }  // namespace cad
