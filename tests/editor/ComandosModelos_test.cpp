@@ -30,19 +30,6 @@ using Textos = std::vector<std::string>;
 const char* const kEntidad = "Seleccione una entidad:";
 const char* const kIncremento = "Incremento de cota de las isolineas";
 
-Textos prompts(const SesionEditor& s)
-{
-    Textos t;
-    for (const auto& x : s.textos)
-    {
-        if (!x.empty())
-        {
-            t.push_back(x);
-        }
-    }
-    return t;
-}
-
 // A 4 x 4 grid of 100-unit quads from (100, 100), its middle vertex 90 high.
 Modelo3D* pico()
 {
@@ -112,7 +99,7 @@ TEST(ComandoIsolineas, anillosDelPicoConIncrementoValidadoYDeshacer)
             g.clicEn({100, 150, 0}).escribe("0").escribe("-3").escribe("20");
             n = s.editor->comandoIsolineas();
         }
-        EXPECT_EQ(prompts(s),
+        EXPECT_EQ(s.prompts(),
                   Textos({kEntidad, kIncremento, "El incremento debe ser mayor que 0", kIncremento,
                           "El incremento debe ser mayor que 0", kIncremento}));
         const std::vector<Polilinea*> curvas = polilineas(s);
@@ -186,7 +173,7 @@ TEST(ComandoHuecoPolilinea, polilineaCerradaCortaLaCaraYSeDeshace)
         g.clicEn({100, 250, 0}).clicEn({550, 150, 0}).clicEn({250, 200, 0}).clicEn({250, 250, 0});
         EXPECT_TRUE(s.editor->comandoHuecoPolilinea());
     }
-    EXPECT_EQ(prompts(s),
+    EXPECT_EQ(s.prompts(),
               Textos({kEntidad, "Seleccione una polilinea cerrada:",
                       "Seleccione una polilinea cerrada:", "Seleccione cara caliente:"}));
     EXPECT_TRUE(cad::mallaSana(*o->modelo));
@@ -225,7 +212,7 @@ TEST(UneModelos, dosObjetosEnUnoYDeshacerLosDevuelve)
         EXPECT_TRUE(s.editor->uneModelos());
     }
     // The second click on the first cube hits nothing that can be taken: the wait goes on.
-    EXPECT_EQ(prompts(s), Textos({"Selecciona el modelo 1", "Selecciona el modelo 2"}));
+    EXPECT_EQ(s.prompts(), Textos({"Selecciona el modelo 1", "Selecciona el modelo 2"}));
     ASSERT_EQ(s.dibujo.entidades.size(), 1U);
     auto* union_ = dynamic_cast<Objeto3D*>(s.dibujo.entidades[0]);
     ASSERT_NE(union_, nullptr);

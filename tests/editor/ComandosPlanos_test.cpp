@@ -59,9 +59,7 @@ struct Escena
     // dropped too, so that each command's own mark can be told.
     Textos prompts()
     {
-        Textos t;
-        std::copy_if(s.textos.begin(), s.textos.end(), std::back_inserter(t),
-                     [](const std::string& x) { return !x.empty(); });
+        Textos t = s.prompts();
         s.textos.clear();
         s.dibujo.borraMarcaCambios();
         return t;

@@ -90,13 +90,29 @@ SesionEditor::SesionEditor()
     editor = new EditorDibujo(&dibujo, &pantalla);
     editor->setSalidaTexto([this](const char* t) { textos.emplace_back(t); });
     editor->setReactorComandoInteractivo(
-        [this](EditorDibujo::enumEstadoComandoInteractivo e)
-        { estados.push_back(e == EditorDibujo::kInicio ? 'I' : e == EditorDibujo::kFin ? 'F' : 'C'); });
+        [this](EditorDibujo::enumEstadoComandoInteractivo e) {
+            estados.push_back(e == EditorDibujo::kInicio ? 'I'
+                              : e == EditorDibujo::kFin  ? 'F'
+                                                         : 'C');
+        });
 }
 
 SesionEditor::~SesionEditor()
 {
     delete editor;
+}
+
+std::vector<std::string> SesionEditor::prompts() const
+{
+    std::vector<std::string> t;
+    for (const std::string& x : textos)
+    {
+        if (!x.empty())
+        {
+            t.push_back(x);
+        }
+    }
+    return t;
 }
 
 void SesionEditor::pinta()

@@ -64,6 +64,8 @@ struct SesionEditor
     void pinta();
     // The editor's overlay pass alone.
     void pintaSuperposicion();
+    // What the editor printed, without the cleared prompt line each wait leaves behind.
+    std::vector<std::string> prompts() const;
 
     Dibujo dibujo;
     PantallaReferencia pantalla;

@@ -208,6 +208,8 @@ public:
     // As seleccionaEntidad, refusing (without asking again) an entity of another file tag.
     bool seleccionaEntidadTipo(const char* etiqueta, const char* prompt,
                                SeleccionEntidades& seleccion, cursor_t* cursor = nullptr);
+    // Highlights an entity, or takes its highlight off, and asks for a repaint.
+    void resalta(Entidad* e, bool si);
     // Clicks add and highlight; Enter ends.
     bool seleccionaEntidades(const char* prompt, SeleccionEntidades& seleccion);
     // Window, pixel contour or sphere, then selects what lies inside.

@@ -51,13 +51,6 @@ bool esPlano(const Entidad* e)
     return e->tieneFirma(kFirmaEntidadPlano);
 }
 
-void resalta(Dibujo& d, Entidad* e, bool si)
-{
-    e->setResaltada(si);
-    d.vistaAplicada = false;
-    d.redibujar = true;
-}
-
 // The segment a plane is cut square along: a line, or an open polyline of two vertices.
 bool segmentoDe(const Entidad* e, Linea3D<double>& segmento)
 {
@@ -323,7 +316,7 @@ bool EditorDibujo::comandoContornoPlano()
     Entidad* plano = eligeEntidad(*this, texto(7, 3, "Seleccione un plano:"), esPlano);
     if (plano != nullptr)
     {
-        resalta(*dibujo_, plano, true);
+        resalta(plano, true);
         Entidad* polilinea = eligeEntidad(*this, texto(5, 1, "Seleccione una polilinea:"),
                                           [](const Entidad* e) { return e->esTipo("Polilinea"); });
         // A contour of fewer than three points would leave a plane that paints nothing.
@@ -343,7 +336,7 @@ bool EditorDibujo::comandoContornoPlano()
         }
         if (dibujo_->contieneEntidad(plano))
         {
-            resalta(*dibujo_, plano, false);
+            resalta(plano, false);
         }
         actualiza(kControl, false);
     }
@@ -358,7 +351,7 @@ int EditorDibujo::comandoParalelaPlano()
     Entidad* fuente = nullptr;
     while ((fuente = eligeEntidad(*this, texto(7, 3, "Seleccione un plano:"), esPlano)) != nullptr)
     {
-        resalta(*dibujo_, fuente, true);
+        resalta(fuente, true);
         esperaValor = true;
         cursor_t cursor;
         double distanciaTecleada = -1.0;
@@ -370,7 +363,7 @@ int EditorDibujo::comandoParalelaPlano()
         {
             break;
         }
-        resalta(*dibujo_, fuente, false);
+        resalta(fuente, false);
         if (!respuesta)
         {
             break;
@@ -414,7 +407,7 @@ int EditorDibujo::comandoPerpendicularPlano()
     Entidad* fuente = nullptr;
     while ((fuente = eligeEntidad(*this, texto(7, 3, "Seleccione un plano:"), esPlano)) != nullptr)
     {
-        resalta(*dibujo_, fuente, true);
+        resalta(fuente, true);
         esperaValor = true;
         Linea3D<double> segmento;
         Entidad* linea =
@@ -424,7 +417,7 @@ int EditorDibujo::comandoPerpendicularPlano()
         {
             break;
         }
-        resalta(*dibujo_, fuente, false);
+        resalta(fuente, false);
         if (linea == nullptr)
         {
             break;
@@ -465,7 +458,7 @@ int EditorDibujo::comandoConvierteObjeto3D()
         // Highlighted, a picked entity shows as taken and is not picked twice.
         for (size_t i = antes; i < seleccion.entidades.size(); ++i)
         {
-            resalta(*dibujo_, seleccion.entidades[i], true);
+            resalta(seleccion.entidades[i], true);
         }
     }
     int convertidas = 0;
@@ -475,7 +468,7 @@ int EditorDibujo::comandoConvierteObjeto3D()
         {
             continue;
         }
-        resalta(*dibujo_, fuente, false);
+        resalta(fuente, false);
         auto modelo = std::make_unique<Modelo3D>();
         if (esPlano(fuente))
         {

@@ -20,13 +20,6 @@ namespace cad
 namespace
 {
 
-void resalta(Dibujo& d, Entidad* e, bool si)
-{
-    e->setResaltada(si);
-    d.vistaAplicada = false;
-    d.redibujar = true;
-}
-
 // The edit reactor's bracket around a command's work on one entity.
 void anuncia(EditorDibujo& editor, Entidad* e, EditorDibujo::enumEdicionEntidades tipo)
 {
@@ -47,6 +40,34 @@ Entidad* eligeUna(EditorDibujo& editor, const char* prompt)
     return seleccion.entidades.front();
 }
 
+// One entity and the vector of a move, as move and copy ask for them: the entity picked and
+// highlighted, its marks removed, a base and a destination; the highlight is off again on
+// return. Null when the pick was refused. `dado` tells whether both points were given,
+// `presente` whether the entity is still in the drawing (an undo run from the pump may have
+// taken it away).
+Entidad* pideDesplazamiento(EditorDibujo& editor, Vector3D<double>& v, bool& dado, bool& presente)
+{
+    Entidad* e = eligeUna(editor, editor.texto(11, 1, "Seleccione una entidad:"));
+    if (e == nullptr)
+    {
+        return nullptr;
+    }
+    editor.resalta(e, true);
+    editor.quitaMarcasVerticesEntidad(e);
+    Punto3<double> base;
+    Punto3<double> destino;
+    dado = editor.comandoDosPuntosLinea(
+        editor.texto(12, 1, "Seleccione punto base del desplazamiento:"),
+        editor.texto(12, 2, "Seleccione punto destino del desplazamiento:"), &base, &destino);
+    presente = editor.dibujo_->contieneEntidad(e);
+    if (presente)
+    {
+        editor.resalta(e, false);
+    }
+    v = destino - base;
+    return e;
+}
+
 }  // namespace
 
 // -------------------------------------------------------------------------------------------
@@ -64,7 +85,7 @@ int EditorDibujo::comandoBorrar()
     // come back as it was before the pick, not marked.
     for (Entidad* e : seleccion.entidades)
     {
-        resalta(*dibujo_, e, false);
+        resalta(e, false);
     }
     int borradas = 0;
     for (Entidad* e : seleccion.entidades)
@@ -122,29 +143,19 @@ int EditorDibujo::comandoMover()
     int movidas = 0;
     for (;;)
     {
-        Entidad* e = eligeUna(*this, texto(11, 1, "Seleccione una entidad:"));
+        Vector3D<double> v;
+        bool dado = false;
+        bool presente = false;
+        Entidad* e = pideDesplazamiento(*this, v, dado, presente);
         if (e == nullptr)
         {
             break;
         }
-        resalta(*dibujo_, e, true);
-        quitaMarcasVerticesEntidad(e);
-        Punto3<double> base;
-        Punto3<double> destino;
-        const bool dado = comandoDosPuntosLinea(
-            texto(12, 1, "Seleccione punto base del desplazamiento:"),
-            texto(12, 2, "Seleccione punto destino del desplazamiento:"), &base, &destino);
-        // The pick or an undo run from the pump may have taken the entity away meanwhile.
-        const bool presente = dibujo_->contieneEntidad(e);
         if (dado && presente)
         {
-            e->traslada(destino - base);
+            e->traslada(v);
             dibujo_->edicionHecha();
             ++movidas;
-        }
-        if (presente)
-        {
-            resalta(*dibujo_, e, false);
         }
         actualiza(kPropiedades, false);
         actualiza(kPropiedades, true);
@@ -179,26 +190,16 @@ int EditorDibujo::comandoCopiar()
 {
     iniciaComandoInteractivo(false);
     int copiadas = 0;
-    Entidad* e = eligeUna(*this, texto(11, 1, "Seleccione una entidad:"));
-    if (e != nullptr)
+    Vector3D<double> v;
+    bool dado = false;
+    bool presente = false;
+    // Cloned after the source lost its highlight, so the copy does not start marked.
+    if (Entidad* e = pideDesplazamiento(*this, v, dado, presente); e != nullptr)
     {
-        resalta(*dibujo_, e, true);
-        quitaMarcasVerticesEntidad(e);
-        Punto3<double> base;
-        Punto3<double> destino;
-        const bool dado = comandoDosPuntosLinea(
-            texto(12, 1, "Seleccione punto base del desplazamiento:"),
-            texto(12, 2, "Seleccione punto destino del desplazamiento:"), &base, &destino);
-        const bool presente = dibujo_->contieneEntidad(e);
-        if (presente)
-        {
-            resalta(*dibujo_, e, false);
-        }
         if (dado && presente)
         {
-            // Cloned after the source lost its highlight, so the copy does not start marked.
             std::unique_ptr<Entidad> copia(e->clona());
-            copia->traslada(destino - base);
+            copia->traslada(v);
             if (nuevaEntidad(std::move(copia)))
             {
                 dibujo_->edicionHecha();
@@ -243,7 +244,7 @@ bool EditorDibujo::comandoEditar(Entidad* entidad, int indice, bool repite, bool
     {
         anuncia(*this, e, kIniciaEdicion);
     }
-    resalta(*dibujo_, e, true);
+    resalta(e, true);
     quitaMarcasVerticesEntidad(e);
     actualiza(kPropiedades, false);
 
@@ -312,7 +313,7 @@ bool EditorDibujo::comandoEditar(Entidad* entidad, int indice, bool repite, bool
         if (entidadesBajoPixel(cursor, bajoPixel) && bajoPixel.entidades.front() != e)
         {
             // Moving on to another entity keeps the host's brackets paired per entity.
-            resalta(*dibujo_, e, false);
+            resalta(e, false);
             if (anunciaReactores)
             {
                 anuncia(*this, e, kTerminaEdicion);
@@ -322,14 +323,14 @@ bool EditorDibujo::comandoEditar(Entidad* entidad, int indice, bool repite, bool
             {
                 anuncia(*this, e, kIniciaEdicion);
             }
-            resalta(*dibujo_, e, true);
+            resalta(e, true);
             quitaMarcasVerticesEntidad(e);
             actualiza(kPropiedades, false);
         }
     }
     if (dibujo_->contieneEntidad(e))
     {
-        resalta(*dibujo_, e, false);
+        resalta(e, false);
     }
     actualiza(kPropiedades, false);
     if (anunciaReactores)
@@ -363,7 +364,7 @@ bool EditorDibujo::comandoBorrarVertsPol(Polilinea* polilinea)
 
     iniciaComandoInteractivo(false);
     anuncia(*this, polilinea, kIniciaEdicion);
-    resalta(*dibujo_, polilinea, true);
+    resalta(polilinea, true);
     bool borrado = false;
     cursor_t cursor;
     while (getPunto(texto(13, 1, "Seleccione el vértice a eliminar:"), cursor, true))
@@ -398,7 +399,7 @@ bool EditorDibujo::comandoBorrarVertsPol(Polilinea* polilinea)
         actualiza(kControl, false);
         actualiza(kPropiedades, true);
     }
-    resalta(*dibujo_, polilinea, false);
+    resalta(polilinea, false);
     anuncia(*this, polilinea, kTerminaEdicion);
     finComandoInteractivo();
     return borrado;

@@ -20,13 +20,6 @@ struct pregunta_t
     const char* porDefecto;
 };
 
-void resalta(Dibujo& d, Entidad* e, bool si)
-{
-    e->setResaltada(si);
-    d.vistaAplicada = false;
-    d.redibujar = true;
-}
-
 // One more plane into the selection. Null when the pick was refused, brought another kind of
 // entity, or named one already in the selection (it then adds nothing).
 Plano* otroPlano(EditorDibujo& editor, const pregunta_t& p, SeleccionEntidades& seleccion)
@@ -54,12 +47,12 @@ bool dosPlanos(EditorDibujo& editor, const pregunta_t& p1, const pregunta_t& p2,
     {
         return false;
     }
-    resalta(*editor.dibujo_, primero, true);
+    editor.resalta(primero, true);
     segundo = otroPlano(editor, p2, seleccion);
     const bool presente = editor.dibujo_->contieneEntidad(primero);
     if (presente)
     {
-        resalta(*editor.dibujo_, primero, false);
+        editor.resalta(primero, false);
     }
     return presente && segundo != nullptr && segundo != primero &&
            editor.dibujo_->contieneEntidad(segundo);

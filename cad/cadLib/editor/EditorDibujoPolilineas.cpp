@@ -120,12 +120,6 @@ Polilinea* eligePolilinea(EditorDibujo& ed, const char* prompt, SeleccionEntidad
     return seleccion.getEntidadPolilinea(seleccion.numeroEntidades() - 1);
 }
 
-void resalta(Dibujo& d, Entidad* e, bool si)
-{
-    e->setResaltada(si);
-    d.redibujar = true;
-}
-
 }  // namespace
 
 int EditorDibujo::comandoPolilinea(bool unaSola, bool cerrada, Polilinea** resultado)
@@ -187,18 +181,18 @@ bool EditorDibujo::comandoFusionPolilineas(Polilinea* destino, Polilinea* origen
         bool hecho = false;
         if (elegida != nullptr)
         {
-            resalta(*dibujo_, elegida, true);
+            resalta(elegida, true);
             hecho = eligeDestino ? comandoFusionPolilineas(elegida, origen, borraOrigen)
                                  : comandoFusionPolilineas(destino, elegida, borraOrigen);
             // A deleted origin is left alone: its step holds it now.
             if (!borraOrigen)
             {
-                resalta(*dibujo_, elegida, false);
+                resalta(elegida, false);
                 seleccion.quitaSeleccion();
             }
             else if (eligeDestino)
             {
-                resalta(*dibujo_, elegida, false);
+                resalta(elegida, false);
             }
         }
         finComandoInteractivo();
@@ -207,8 +201,8 @@ bool EditorDibujo::comandoFusionPolilineas(Polilinea* destino, Polilinea* origen
 
     const auto quitaResaltes = [&]()
     {
-        resalta(*dibujo_, destino, false);
-        resalta(*dibujo_, origen, false);
+        resalta(destino, false);
+        resalta(origen, false);
     };
     const CadenaPuntos tramo = origen->vertices;
     const bool abierto = !origen->cerrada && tramo.size() >= 2 && !(tramo.back() == tramo.front());
@@ -219,7 +213,7 @@ bool EditorDibujo::comandoFusionPolilineas(Polilinea* destino, Polilinea* origen
         return false;
     }
 
-    resalta(*dibujo_, origen, true);
+    resalta(origen, true);
     const int64_t handle = handleEntidad(destino);
     const auto avisa = [&](enumEdicionEntidades tipo, int indice, const Punto3<double>& p)
     {
@@ -283,13 +277,13 @@ bool EditorDibujo::comandoFusionPolilineasNueva(Polilinea* destino, bool borraOr
         return hecho;
     }
     // The polyline being changed stays marked while the user draws the new one.
-    resalta(*dibujo_, destino, true);
+    resalta(destino, true);
     Polilinea* nueva = nullptr;
     if (comandoPolilinea(true, false, &nueva) > 0 && nueva != nullptr)
     {
         hecho = comandoFusionPolilineas(destino, nueva, borraOrigen);
     }
-    resalta(*dibujo_, destino, false);
+    resalta(destino, false);
     finComandoInteractivo();
     return hecho;
 }

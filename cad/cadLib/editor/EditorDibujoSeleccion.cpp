@@ -426,4 +426,11 @@ bool poligonoSimple(const std::vector<Punto3<double>>& puntos)
     return true;
 }
 
+void EditorDibujo::resalta(Entidad* e, bool si)
+{
+    e->setResaltada(si);
+    dibujo_->vistaAplicada = false;
+    dibujo_->redibujar = true;
+}
+
 }  // namespace cad

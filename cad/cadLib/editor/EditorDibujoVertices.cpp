@@ -25,13 +25,6 @@ namespace
 
 using Ed = EditorDibujo;
 
-void resalta(Dibujo& d, Entidad* e, bool si)
-{
-    e->setResaltada(si);
-    d.vistaAplicada = false;
-    d.redibujar = true;
-}
-
 // A reactor call; with no reactor everything goes ahead.
 bool anuncia(Ed& ed, Polilinea* p, Ed::enumEdicionEntidades tipo, int indice = -1,
              const Punto3<double>& v = Punto3<double>(0, 0, 0))
@@ -222,7 +215,7 @@ bool EditorDibujo::comandoBorrarRangoVertsPol(Polilinea* polilinea)
     }
     iniciaComandoInteractivo(false);
     (void)anuncia(*this, polilinea, kIniciaEdicion);
-    resalta(*dibujo_, polilinea, true);
+    resalta(polilinea, true);
     int extremos[2] = {-1, -1};
     const char* prompts[2] = {texto(13, 2, "Seleccione el vértice inicial:"),
                               texto(13, 3, "Seleccione el vértice final:")};
@@ -264,7 +257,7 @@ bool EditorDibujo::comandoBorrarRangoVertsPol(Polilinea* polilinea)
         }
         borrado = borraEnBloque(*this, polilinea, indices);
     }
-    resalta(*dibujo_, polilinea, false);
+    resalta(polilinea, false);
     (void)anuncia(*this, polilinea, kTerminaEdicion);
     finComandoInteractivo();
     return borrado;
@@ -279,7 +272,7 @@ bool EditorDibujo::comandoBorrarVentanaVertsPol(Polilinea* polilinea)
     }
     iniciaComandoInteractivo(false);
     (void)anuncia(*this, polilinea, kIniciaEdicion);
-    resalta(*dibujo_, polilinea, true);
+    resalta(polilinea, true);
     int a[2] = {0, 0};
     int b[2] = {0, 0};
     const bool dada = getVentana(texto(14, 1, "Seleccione coordenada inicial de la ventana:"),
@@ -314,7 +307,7 @@ bool EditorDibujo::comandoBorrarVentanaVertsPol(Polilinea* polilinea)
         }
         borrado = !indices.empty() && borraEnBloque(*this, polilinea, indices);
     }
-    resalta(*dibujo_, polilinea, false);
+    resalta(polilinea, false);
     (void)anuncia(*this, polilinea, kTerminaEdicion);
     finComandoInteractivo();
     return borrado;
@@ -450,7 +443,7 @@ bool EditorDibujo::comandoEditarVertsPolPerfil(Polilinea* polilinea, int indice)
             *this, [this, indice](Polilinea* p) { return comandoEditarVertsPolPerfil(p, indice); });
     }
     (void)anuncia(*this, polilinea, kIniciaEdicion);
-    resalta(*dibujo_, polilinea, true);
+    resalta(polilinea, true);
     quitaMarcasVerticesEntidad(polilinea);
     actualiza(kPropiedades, false);
     if (indice >= 0 && indice < polilinea->numeroVertices())
@@ -525,7 +518,7 @@ bool EditorDibujo::comandoEditarVertsPolPerfil(Polilinea* polilinea, int indice)
     {
         return false;
     }
-    resalta(*dibujo_, polilinea, false);
+    resalta(polilinea, false);
     actualiza(kPropiedades, false);
     (void)anuncia(*this, polilinea, kTerminaEdicion);
     return resultado;
@@ -636,7 +629,7 @@ bool EditorDibujo::comandoEditPol(Polilinea* polilinea)
     }
     Polilinea* p = polilinea;
     cursor_t inicial = posicionCursor();
-    resalta(*dibujo_, p, true);
+    resalta(p, true);
     quitaMarcasVerticesEntidad(p);
     actualiza(kPropiedades, false);
     iniciaComandoInteractivo(false);
@@ -748,7 +741,7 @@ bool EditorDibujo::comandoEditPol(Polilinea* polilinea)
     }
     // The vertex menu's options must not stay offered to the next prompt.
     opciones.clear();
-    resalta(*dibujo_, p, false);
+    resalta(p, false);
     actualiza(kPropiedades, false);
     finComandoInteractivo();
     return cambiado;
