@@ -307,12 +307,15 @@ public:
     void borraCara(int32_t cara);
     // A new vertex at `punto` splitting `arista` (see Aristas::parte). Returns its index; the
     // vertex is appended even when the edge can't be split (no face, bad index), bare.
+    // Invalidates pointers and references into the vertex and edge tables (both may grow);
+    // indices stay.
     int32_t insertaVertice(const Punto3<double>& punto, int32_t arista);
     // Splits the edge into n equal parts (nothing below 2). The edge keeps its index as the
     // piece at its vertice[0]; the n-1 new vertices are appended nearest-to-q first.
     //
     //      before                 after (n = 3)
     //   p ---------- q         p -- arista -- v2 -- v1 -- q
+    // Invalidates pointers into the vertex and edge tables; indices stay.
     void parteArista(int32_t arista, int n);
     // A new edge between two vertices of a common face, splitting it in two: the lower-index
     // face is kept for the loop on the chain's side 1, a copy (same normal and material) is
@@ -324,10 +327,13 @@ public:
     //   |    f    |            | \   f   |
     //   |         |            |   \     |
     //   d ------ v2            d  g  \ v2
+    // Invalidates pointers into the edge and face tables; the kept face's cached normal
+    // stays, as its plane does.
     bool uneVertices(int32_t v1, int32_t v2);
     // As uneVertices along a chain of vertices whose ends lie on a common face (the first
     // face, in index order, of both ends). Interior vertices may be bare. False when the ends
     // share no face or don't lie on its cycle.
+    // Invalidates pointers into the edge and face tables.
     bool uneCadena(const std::vector<int32_t>& cadena);
     // Sorted distinct faces named by the edges that touch v.
     void carasDeVertice(int32_t v, std::vector<int32_t>& out) const;
@@ -341,6 +347,7 @@ public:
     //   |          |   ->      |      x   |     x: new vertices, the ends splitting edges
     //   |          |           |       \  |
     //   +----------+           +--------x-+
+    // Invalidates pointers into all three tables; indices stay.
     bool recortaCara(const std::vector<Punto3<double>>& polilinea);
     // First vertex record equal to the point, or -1.
     int32_t buscaVertice(const Punto3<double>& punto) const;
@@ -352,6 +359,7 @@ public:
     //   a' ---- b'
     //   |  new  |
     //   a ----- b   <- edge with one face below
+    // Invalidates pointers into all three tables; indices stay.
     void extruyeArista(int32_t arista, const Vector3D<double>& vector);
     // The same, by the vector from the edge's midpoint to `punto`.
     void extruyeAristaHasta(int32_t arista, const Punto3<double>& punto);
@@ -362,6 +370,8 @@ public:
     //                           b --- b+1      top: b..b+n-1
     //   L0 ---- L1              |      |       sides: (L[j], b+j, b+i, L[i])
     //                           L0 --- L1
+    // Invalidates pointers into all three tables; indices stay, the old face's as a deleted
+    // record.
     void extruyeCara(int32_t cara, float distancia);
     // An extruded strip: the polyline's points and the same moved by `vector`, one quad per
     // segment, and one more joining the ends when `cerrada`.
@@ -375,10 +385,14 @@ public:
     //   |        |   ->     | |    | |    inner face when cerrada, hole otherwise
     //   |        |          | +----+ |
     //   +--------+          +--------+
+    // Invalidates pointers into all three tables; indices stay, the old face's as a deleted
+    // record.
     void parteCara(int32_t cara, bool cerrada);
     // Reverses the wings of one face: next and previous swap on side 0; on side 1 the swap is
     // anteriorCara0 with siguienteCara1, which bends a neighbour's cycle where one shares the
     // edge. Cached normals are kept.
+    // Rewrites links only: no pointer is invalidated, but the face's cached normal now faces
+    // the wrong way until recalculaNormales.
     void invierteCara(int32_t cara);
     // invierteCara of every live face in ascending order.
     void invierteNormales();

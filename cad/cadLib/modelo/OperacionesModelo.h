@@ -36,6 +36,7 @@ void uneExtension(const Modelo3D& a, const Modelo3D& b, Modelo3D& salida);
 //   |             |   ->   |   |      |  |      (C0-H0 walked both ways: the bridge)
 //   |             |        |   H3 --- H2 |
 //   C1 ---------- C2       C1 ---------- C2
+// Invalidates pointers into all three tables; indices stay, the old face's as a deleted record.
 bool huecoPolilinea(Modelo3D& modelo, int32_t cara, const std::vector<Punto3<double>>& puntos,
                     bool cerrada);
 
