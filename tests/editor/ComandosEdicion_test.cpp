@@ -1,7 +1,9 @@
 // The commands that change entities already in the drawing, played as a user's sessions: the
 // prompts in order, where the entities end up, which commands leave undo steps (delete, the
-// numeric move, the copy) and which do not (the interactive move, vertex drags, materials).
-#include <memory>
+// numeric move, the copy) and which do not (the interactive move, materials). Vertex drags are
+// with the vertex editors.
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -9,46 +11,22 @@
 
 #include "entidades/Cilindro.h"
 #include "entidades/Linea.h"
-#include "entidades/Polilinea.h"
 #include "entidades/SistemaLocal.h"
 #include "soporte/GuionSesion.h"
 
+namespace cad
+{
 namespace
 {
 
-using cad::Cilindro;
-using cad::EditorDibujo;
-using cad::Entidad;
-using cad::kEstadoResaltada;
-using cad::Linea;
-using cad::PantallaCAD;
-using cad::Polilinea;
-using cad::Punto3;
-using cad::SistemaLocal;
-using cad::prueba::GuionSesion;
-using cad::prueba::SesionEditor;
+using prueba::GuionSesion;
+using prueba::SesionEditor;
 using P = Punto3<double>;
 using Textos = std::vector<std::string>;
 
 const char* const kEntidad = "Seleccione una entidad:";
 const char* const kBase = "Seleccione punto base del desplazamiento:";
 const char* const kDestino = "Seleccione punto destino del desplazamiento:";
-const char* const kElemento = "Seleccione entidad/punto caliente, arista o cara:";
-const char* const kNueva = "Seleccione nueva coordenada";
-
-// The prompts alone, without the cleared prompt line each wait leaves behind.
-Textos prompts(const SesionEditor& s)
-{
-    Textos t;
-    for (const auto& x : s.textos)
-    {
-        if (!x.empty())
-        {
-            t.push_back(x);
-        }
-    }
-    return t;
-}
 
 Linea* linea(SesionEditor& s, const P& a, const P& b)
 {
@@ -80,7 +58,7 @@ TEST(ComandoBorrar, seleccionOPrompt_sistemaLocalActivoYDeshacerExacto)
     const size_t pasos = s.editor->comandosDeshacer.size();
 
     EXPECT_EQ(s.editor->comandoBorrar(), 2);
-    EXPECT_TRUE(prompts(s).empty());
+    EXPECT_TRUE(s.prompts().empty());
     EXPECT_FALSE(s.editor->haySistemaLocal);
     ASSERT_EQ(s.dibujo.entidades.size(), 1U);
     EXPECT_EQ(s.editor->comandosDeshacer.size(), pasos + 2);
@@ -98,7 +76,7 @@ TEST(ComandoBorrar, seleccionOPrompt_sistemaLocalActivoYDeshacerExacto)
         g.clicEn({150, 300, 0}).intro();
         EXPECT_EQ(s.editor->comandoBorrar(), 1);
     }
-    EXPECT_EQ(prompts(s), Textos({"Seleccione entidades:"}));
+    EXPECT_EQ(s.prompts(), Textos({"Seleccione entidades:"}));
     EXPECT_FALSE(s.dibujo.contieneEntidad(otra));
     s.editor->deshacer();
     ASSERT_TRUE(s.dibujo.contieneEntidad(otra));
@@ -127,7 +105,7 @@ TEST(ComandoMover, interactivoSinDeshacerYNumericoConUnPasoPorEntidad)
         g.clic(10, 10, PantallaCAD::kBotonDerecho);
         EXPECT_EQ(s.editor->comandoMover(), 1);
     }
-    EXPECT_EQ(prompts(s), Textos({kEntidad, kBase, kDestino, kEntidad}));
+    EXPECT_EQ(s.prompts(), Textos({kEntidad, kBase, kDestino, kEntidad}));
     EXPECT_EQ(l->origen, P(110, 105, 2));
     EXPECT_EQ(l->extremo, P(210, 105, 2));
     EXPECT_FALSE(resaltada(l));
@@ -137,7 +115,7 @@ TEST(ComandoMover, interactivoSinDeshacerYNumericoConUnPasoPorEntidad)
 
     s.textos.clear();
     EXPECT_EQ(s.editor->comandoMoverXYZ(1, 2, 3), 0);
-    EXPECT_EQ(prompts(s), Textos({"No hay entidades seleccionadas"}));
+    EXPECT_EQ(s.prompts(), Textos({"No hay entidades seleccionadas"}));
 
     Linea* m = linea(s, {0, 0, 0}, {1, 0, 0});
     s.dibujo.selecciona(l);
@@ -164,7 +142,7 @@ TEST(ComandoCopiar, unaCopiaDesplazadaDeshacibleYElOrigenIntacto)
         g.clicEn({150, 100, 0}).escribe("0,0").escribe("0,50");
         EXPECT_EQ(s.editor->comandoCopiar(), 1);
     }
-    EXPECT_EQ(prompts(s), Textos({kEntidad, kBase, kDestino}));
+    EXPECT_EQ(s.prompts(), Textos({kEntidad, kBase, kDestino}));
     ASSERT_EQ(s.dibujo.entidades.size(), 2U);
     auto* copia = dynamic_cast<Linea*>(s.dibujo.entidades.at(1));
     ASSERT_NE(copia, nullptr);
@@ -194,108 +172,19 @@ TEST(ComandoAsignaMaterial, porNombreDeTexturaPorIdYElActual)
     s.dibujo.selecciona(c);
     const size_t pasos = s.editor->comandosDeshacer.size();
 
-    const std::string porTextura = "roca.jpg";
-    EXPECT_EQ(s.editor->comandoAsignaMaterial(&porTextura), 1);
+    const std::string nombre[3] = {"roca.jpg", std::to_string(liso), "c:\\texturas/roca.jpg"};
+    EXPECT_EQ(s.editor->comandoAsignaMaterial(&nombre[0]), 1);  // by the texture's file name
     EXPECT_EQ(c->material(), static_cast<uint16_t>(roca));
-    const std::string porId = std::to_string(liso);
-    EXPECT_EQ(s.editor->comandoAsignaMaterial(&porId), 1);
+    EXPECT_EQ(s.editor->comandoAsignaMaterial(&nombre[1]), 1);
     EXPECT_EQ(c->material(), static_cast<uint16_t>(liso));
-    const std::string ninguno = "c:\\texturas/roca.jpg";
-    EXPECT_EQ(s.editor->comandoAsignaMaterial(&ninguno), 0);
+    EXPECT_EQ(s.editor->comandoAsignaMaterial(&nombre[2]), 0);  // a whole path names nothing
     EXPECT_EQ(c->material(), static_cast<uint16_t>(liso));
     s.editor->setMaterialActual(roca);
     EXPECT_EQ(s.editor->comandoAsignaMaterial(nullptr), 1);
     EXPECT_EQ(c->material(), static_cast<uint16_t>(roca));
     EXPECT_EQ(s.editor->comandosDeshacer.size(), pasos);
-    EXPECT_TRUE(prompts(s).empty());
-}
-
-// The edit reactor's calls as letters: I start, D final move, X cancel, F end.
-struct Reactor
-{
-    explicit Reactor(EditorDibujo& e)
-    {
-        e.setReactorEdicionEntidades(
-            [this](int64_t, EditorDibujo::enumEdicionEntidades t, int i, double, double, double)
-            {
-                tipos += "BTDNXIF"[t];
-                indices.push_back(i);
-                return !(t == EditorDibujo::kBorrar && i == vetado);
-            });
-    }
-    std::string tipos;
-    std::vector<int> indices;
-    int vetado = -2;
-};
-
-// comandoEditar with an index drags that vertex at once; a cancelled drag with `repite` false
-// ends false with the vertex back bit for bit. With no entity: pick, vertex pick, drag, and
-// the next vertex pick; its refusal ends true. No undo step, the host is told the bracket.
-TEST(ComandoEditar, arrastreDirectoPorIndiceYBucleDePuntosCalientes)
-{
-    SesionEditor s;
-    Linea* l = linea(s, {100, 100, 0}, {200, 100, 0});
-    const size_t pasos = s.editor->comandosDeshacer.size();
-    Reactor r(*s.editor);
-    {
-        GuionSesion g(*s.editor, s.pantalla);
-        g.escribe("250,150");
-        EXPECT_TRUE(s.editor->comandoEditar(l, 1, false, true));
-    }
-    EXPECT_EQ(prompts(s), Textos({kNueva}));
-    EXPECT_EQ(l->extremo, P(250, 150, 0));
-    EXPECT_EQ(r.tipos, "IDF");
-    EXPECT_EQ(r.indices, std::vector<int>({-1, 1, -1}));
-    EXPECT_FALSE(resaltada(l));
-
-    r.tipos.clear();
-    {
-        GuionSesion g(*s.editor, s.pantalla);
-        g.cancela();
-        EXPECT_FALSE(s.editor->comandoEditar(l, 0, false, false));
-    }
-    EXPECT_EQ(l->origen, P(100, 100, 0));
-    EXPECT_EQ(r.tipos, "X");
-
-    s.textos.clear();
-    r.tipos.clear();
-    s.pinta();
-    {
-        GuionSesion g(*s.editor, s.pantalla);
-        g.clicEn({175, 125, 0}).clicEn({100, 100, 0}).escribe("120,80").intro();
-        EXPECT_TRUE(s.editor->comandoEditar(nullptr, -1, false, false));
-    }
-    EXPECT_EQ(prompts(s), Textos({kEntidad, kElemento, kNueva, kElemento}));
-    EXPECT_EQ(l->origen, P(120, 80, 0));
-    EXPECT_EQ(l->extremo, P(250, 150, 0));
-    EXPECT_EQ(r.tipos, "IDF");
-    EXPECT_EQ(s.editor->comandosDeshacer.size(), pasos);
-}
-
-// Vertex deletion picks the polyline first, then one vertex per click until refused; a veto
-// keeps that vertex, the next click still works, and nothing goes to the undo stack.
-TEST(ComandoBorrarVertsPol, unVerticePorClicConVetoYSinDeshacer)
-{
-    SesionEditor s;
-    const P v[4] = {{100, 100, 0}, {200, 100, 0}, {200, 200, 0}, {100, 200, 0}};
-    auto* pl = new Polilinea(4, v);
-    s.editor->nuevaEntidad(pl);
-    const size_t pasos = s.editor->comandosDeshacer.size();
-    Reactor r(*s.editor);
-    r.vetado = 2;
-    s.pinta();
-    {
-        GuionSesion g(*s.editor, s.pantalla);
-        g.clicEn({150, 100, 0}).clicEn(v[2]).clicEn(v[1]).intro();
-        EXPECT_TRUE(s.editor->comandoBorrarVertsPol(nullptr));
-    }
-    const std::string kVertice = "Seleccione el vértice a eliminar:";
-    EXPECT_EQ(prompts(s), Textos({"Seleccione una polilinea:", kVertice, kVertice, kVertice}));
-    EXPECT_EQ(pl->vertices, std::vector<P>({v[0], v[2], v[3]}));
-    EXPECT_EQ(r.tipos, "IBBF");
-    EXPECT_EQ(r.indices, std::vector<int>({-1, 2, 1, -1}));
-    EXPECT_FALSE(resaltada(pl));
-    EXPECT_EQ(s.editor->comandosDeshacer.size(), pasos);
+    EXPECT_TRUE(s.prompts().empty());
 }
 
 }  // namespace
+}  // namespace cad

@@ -1,7 +1,9 @@
 // The mesh commands played as a user's sessions on an Objeto3D seen from above: the prompts in
-// order, the mesh left sound after each edit, what the edit did to it, and the quirks kept on
-// purpose (pick positions passed as they stand, a hole walk that changes nothing, a prism that
-// always grows outwards).
+// order, what the edit did to the mesh, and the quirks kept on purpose (pick positions passed
+// as they stand, a hole walk that changes nothing, a prism that always grows outwards).
+// Soundness after each kind of edit is left to the random edits.
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -14,16 +16,14 @@
 #include "soporte/GuionSesion.h"
 #include "soporte/MallasPrueba.h"
 
+namespace cad
+{
 namespace
 {
 
-using cad::Modelo3D;
-using cad::Objeto3D;
-using cad::PantallaCAD;
-using cad::Punto3;
-using cad::prueba::GuionSesion;
-using cad::prueba::imagenDe;
-using cad::prueba::SesionEditor;
+using prueba::GuionSesion;
+using prueba::imagenDe;
+using prueba::SesionEditor;
 using P = Punto3<double>;
 using Textos = std::vector<std::string>;
 
@@ -32,31 +32,15 @@ const char* const kCara = "Seleccione cara caliente:";
 const char* const kArista = "Seleccione una arista:";
 const char* const kPunto = "Seleccione punto caliente:";
 
-Textos prompts(const SesionEditor& s)
-{
-    Textos t;
-    for (const auto& x : s.textos)
-    {
-        if (!x.empty())
-        {
-            t.push_back(x);
-        }
-    }
-    return t;
-}
-
 // nx by 1 quads of 100 units from (100, 100), anticlockwise from above: vertex i at
 // (100 + 100 i, 100), vertex nx + 1 + i above it. Only the edges along y can be picked on a
 // flat mesh (the segment test never matches one flat in y or z).
 Objeto3D* tira(SesionEditor& s, int nx)
 {
     auto* m = new Modelo3D();
-    for (int j = 0; j < 2; ++j)
+    for (int k = 0; k < 2 * (nx + 1); ++k)
     {
-        for (int i = 0; i <= nx; ++i)
-        {
-            m->nuevoVertice(P(100 + 100 * i, 100 + 100 * j, 0));
-        }
+        m->nuevoVertice(P(100 + 100 * (k % (nx + 1)), 100 + 100 * (k / (nx + 1)), 0));
     }
     for (int i = 0; i < nx; ++i)
     {
@@ -69,24 +53,26 @@ Objeto3D* tira(SesionEditor& s, int nx)
     return o;
 }
 
-int carasVivas(const Modelo3D& m)
+long vivas(const Modelo3D& m)
 {
-    int n = 0;
-    for (const auto& c : m.caras())
-    {
-        n += c.arista != -1 ? 1 : 0;
-    }
-    return n;
+    return std::count_if(m.caras().begin(), m.caras().end(),
+                         [](const auto& c) { return c.arista != -1; });
 }
 
-// Skeleton: another entity is passed over and the pick asked again, a click on nothing asks for
-// the face again; the face dies, the mesh stays sound, the drawing is marked changed, and the
-// entity ends unmarked, so that it can be picked again. The edit is one undo step: undo gives
-// the records back, redo the edit.
+std::vector<int32_t> ciclo(const Modelo3D& m, int32_t cara)
+{
+    std::vector<int32_t> v;
+    m.getVerticesCara(cara, v);
+    return v;
+}
+
+// Another entity is passed over and the pick asked again, a click on nothing asks for the face
+// again; the face dies, the drawing is marked changed and the entity ends unmarked, so that it
+// can be picked again. The edit is one undo step: undo gives the records back, redo the edit.
 TEST(ComandoBorraCaraModelo, otraEntidadYFalloRepitenYLaCaraMuere)
 {
     SesionEditor s;
-    s.editor->nuevaEntidad(new cad::Linea(P(100, 400, 0), P(300, 400, 0)));
+    s.editor->nuevaEntidad(new Linea(P(100, 400, 0), P(300, 400, 0)));
     Objeto3D* o = tira(s, 2);
     const size_t pasos = s.editor->comandosDeshacer.size();
     const auto antes = imagenDe(*o->modelo);
@@ -96,12 +82,12 @@ TEST(ComandoBorraCaraModelo, otraEntidadYFalloRepitenYLaCaraMuere)
         g.clicEn({200, 400, 0}).clicEn({100, 150, 0}).clic(600, 500).clicEn({150, 150, 0});
         EXPECT_TRUE(s.editor->comandoBorraCaraModelo());
     }
-    EXPECT_EQ(prompts(s), Textos({kEntidad, kEntidad, kCara, kCara}));
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
+    EXPECT_EQ(s.prompts(), Textos({kEntidad, kEntidad, kCara, kCara}));
+    EXPECT_TRUE(mallaSana(*o->modelo));
     EXPECT_EQ(o->modelo->caras()[0].arista, -1);
     EXPECT_NE(o->modelo->caras()[1].arista, -1);
     EXPECT_TRUE(s.dibujo.hayCambios());
-    EXPECT_EQ(o->estado & (cad::kEstadoSeleccionada | cad::kEstadoResaltada), 0U);
+    EXPECT_EQ(o->estado & (kEstadoSeleccionada | kEstadoResaltada), 0U);
     ASSERT_EQ(s.editor->comandosDeshacer.size(), pasos + 1);
     const auto despues = imagenDe(*o->modelo);
     s.editor->deshacer();
@@ -111,92 +97,79 @@ TEST(ComandoBorraCaraModelo, otraEntidadYFalloRepitenYLaCaraMuere)
 }
 
 // A face pick's position counts live faces only and reaches the mesh as it stands: with face 0
-// dead, clicking face 1 names record 0, which the mesh ignores.
-TEST(ComandoParteCara, posicionDelPickTalCual_nombraLaCaraMuerta)
+// dead, clicking face 1 names record 0, which the mesh ignores. A live face becomes a ring of
+// four quads with or without the inner face; the hole leaves its inner edges on one face each.
+TEST(ComandoParteCara, posicionTalCualAnilloYHueco)
 {
     SesionEditor s;
     Objeto3D* o = tira(s, 2);
     o->modelo->borraCara(0);
     const auto antes = imagenDe(*o->modelo);
-    GuionSesion g(*s.editor, s.pantalla);
-    g.clicEn({300, 150, 0}).clicEn({250, 150, 0});
-    EXPECT_TRUE(s.editor->comandoParteCara());
+    {
+        GuionSesion g(*s.editor, s.pantalla);
+        g.clicEn({300, 150, 0}).clicEn({250, 150, 0});
+        EXPECT_TRUE(s.editor->comandoParteCara());
+    }
     EXPECT_EQ(imagenDe(*o->modelo), antes);
+
+    SesionEditor t;
+    Objeto3D* q = tira(t, 2);
+    {
+        GuionSesion g(*t.editor, t.pantalla);
+        g.clicEn({100, 150, 0}).clicEn({150, 150, 0});
+        EXPECT_TRUE(t.editor->comandoParteCara());
+    }
+    EXPECT_EQ(vivas(*q->modelo), 6);
+
+    SesionEditor u;
+    Objeto3D* h = tira(u, 1);
+    GuionSesion g(*u.editor, u.pantalla);
+    g.clicEn({100, 150, 0}).clicEn({150, 150, 0});
+    EXPECT_TRUE(u.editor->comandoHueco());
+    EXPECT_EQ(vivas(*h->modelo), 4);
+    const auto& aristas = h->modelo->aristas();
+    EXPECT_EQ(std::count_if(aristas.begin(), aristas.end(),
+                            [](const auto& a) { return a.esValida() && a.esFrontera(); }),
+              8);
 }
 
-// parteCara and the hole: a ring of four quads, with and without the inner face; the hole
-// leaves its four inner edges on one face each.
-TEST(ComandoParteCara, anilloConYSinCaraInterior)
+// The interior edge in three: both faces gain two corners. The same vertex twice is asked
+// again and the diagonal splits the face. A cut from the left edge through a point inside to
+// the middle edge: two new vertices on the edges, one inside, and face 0 in two.
+TEST(ComandosMalla, parteAristaUneVerticesYRecortaCara)
 {
     SesionEditor s;
     Objeto3D* o = tira(s, 2);
-    GuionSesion g(*s.editor, s.pantalla);
-    g.clicEn({100, 150, 0}).clicEn({150, 150, 0});
-    EXPECT_TRUE(s.editor->comandoParteCara());
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
-    EXPECT_EQ(carasVivas(*o->modelo), 6);
+    {
+        GuionSesion g(*s.editor, s.pantalla);
+        g.clicEn({100, 150, 0}).clicEn({200, 150, 0});
+        EXPECT_TRUE(s.editor->comandoParteArista(3));
+    }
+    EXPECT_EQ(s.prompts(), Textos({kEntidad, kArista}));
+    EXPECT_EQ(ciclo(*o->modelo, 0).size(), 6U);
+    EXPECT_EQ(ciclo(*o->modelo, 1).size(), 6U);
+    EXPECT_EQ(o->modelo->vertices().size(), 8U);
 
     SesionEditor t;
     Objeto3D* q = tira(t, 1);
-    GuionSesion h(*t.editor, t.pantalla);
-    h.clicEn({100, 150, 0}).clicEn({150, 150, 0});
-    EXPECT_TRUE(t.editor->comandoHueco());
-    EXPECT_TRUE(cad::mallaSana(*q->modelo));
-    EXPECT_EQ(carasVivas(*q->modelo), 4);
-    int frontera = 0;
-    for (const auto& a : q->modelo->aristas())
     {
-        frontera += a.esValida() && a.esFrontera() ? 1 : 0;
+        GuionSesion g(*t.editor, t.pantalla);
+        g.clicEn({100, 150, 0}).clicEn({100, 100, 0}).clicEn({100, 100, 0}).clicEn({200, 200, 0});
+        EXPECT_TRUE(t.editor->comandoUneVertices());
     }
-    EXPECT_EQ(frontera, 8);
-}
+    EXPECT_EQ(t.prompts(), Textos({kEntidad, kPunto, kPunto, kPunto}));
+    EXPECT_EQ(vivas(*q->modelo), 2);
 
-// The interior edge in three: both faces gain two corners.
-TEST(ComandoParteArista, tresPartesEnLaAristaInterior)
-{
-    SesionEditor s;
-    Objeto3D* o = tira(s, 2);
-    GuionSesion g(*s.editor, s.pantalla);
-    g.clicEn({100, 150, 0}).clicEn({200, 150, 0});
-    EXPECT_TRUE(s.editor->comandoParteArista(3));
-    EXPECT_EQ(prompts(s), Textos({kEntidad, kArista}));
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
-    std::vector<int32_t> v;
-    o->modelo->getVerticesCara(0, v);
-    EXPECT_EQ(v.size(), 6U);
-    o->modelo->getVerticesCara(1, v);
-    EXPECT_EQ(v.size(), 6U);
-    EXPECT_EQ(o->modelo->vertices().size(), 8U);
-}
-
-// The same vertex twice is asked again; the diagonal splits the face.
-TEST(ComandoUneVertices, mismoVerticeRepiteYDiagonalParteLaCara)
-{
-    SesionEditor s;
-    Objeto3D* o = tira(s, 1);
-    GuionSesion g(*s.editor, s.pantalla);
-    g.clicEn({100, 150, 0}).clicEn({100, 100, 0}).clicEn({100, 100, 0}).clicEn({200, 200, 0});
-    EXPECT_TRUE(s.editor->comandoUneVertices());
-    EXPECT_EQ(prompts(s), Textos({kEntidad, kPunto, kPunto, kPunto}));
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
-    EXPECT_EQ(carasVivas(*o->modelo), 2);
-}
-
-// A cut from the left edge through a point inside to the middle edge: two new vertices on
-// the edges, one inside, and face 0 in two.
-TEST(ComandoRecortaCara, deAristaAAristaPorUnPuntoInterior)
-{
-    SesionEditor s;
-    Objeto3D* o = tira(s, 2);
-    GuionSesion g(*s.editor, s.pantalla);
+    SesionEditor u;
+    Objeto3D* r = tira(u, 2);
+    GuionSesion g(*u.editor, u.pantalla);
     g.clicEn({100, 150, 0}).clicEn({100, 130, 0}).clicEn({150, 160, 0}).clicEn({200, 140, 0});
-    EXPECT_TRUE(s.editor->comandoRecortaCara());
+    EXPECT_TRUE(u.editor->comandoRecortaCara());
     const char* puntos = "Seleccione puntos dentro de una cara o una arista:";
-    EXPECT_EQ(prompts(s), Textos({kEntidad, kArista, puntos, puntos}));
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
-    EXPECT_EQ(carasVivas(*o->modelo), 3);
-    EXPECT_EQ(o->modelo->vertices().size(), 9U);
-    EXPECT_EQ(o->modelo->vertices()[7].punto, P(150, 160, 0));
+    EXPECT_EQ(u.prompts(), Textos({kEntidad, kArista, puntos, puntos}));
+    EXPECT_EQ(vivas(*r->modelo), 3);
+    EXPECT_EQ(r->modelo->vertices().size(), 9U);
+    EXPECT_EQ(r->modelo->vertices()[7].punto, P(150, 160, 0));
 }
 
 // An edge with two faces is asked again; the walk from a boundary edge leaves every record.
@@ -209,7 +182,7 @@ TEST(ComandoRellenaHueco, aristaInteriorRepiteYNadaCambia)
     g.clicEn({100, 150, 0}).clicEn({200, 150, 0}).clicEn({300, 150, 0});
     EXPECT_TRUE(s.editor->comandoRellenaHueco());
     const char* frontera = "Seleccione una arista frontera:";
-    EXPECT_EQ(prompts(s), Textos({kEntidad, frontera, frontera}));
+    EXPECT_EQ(s.prompts(), Textos({kEntidad, frontera, frontera}));
     EXPECT_EQ(imagenDe(*o->modelo), antes);
 }
 
@@ -221,10 +194,9 @@ TEST(ComandoInvierteNormales, soloLaEntidadYElCicloSeInvierte)
     GuionSesion g(*s.editor, s.pantalla);
     g.clicEn({100, 150, 0});
     EXPECT_TRUE(s.editor->comandoInvierteNormales());
-    EXPECT_EQ(prompts(s), Textos({kEntidad}));
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
-    std::vector<int32_t> v;
-    o->modelo->getVerticesCara(0, v);
+    EXPECT_EQ(s.prompts(), Textos({kEntidad}));
+    EXPECT_TRUE(mallaSana(*o->modelo));
+    const std::vector<int32_t> v = ciclo(*o->modelo, 0);
     ASSERT_EQ(v.size(), 4U);
     EXPECT_EQ(v[1], v[0] == 0 ? 2 : v[0] - 1);
 }
@@ -236,14 +208,15 @@ TEST(ComandoExtrusion, caraSiempreHaciaFueraYAristaHastaElPunto)
     SesionEditor s;
     Objeto3D* o = tira(s, 1);
     const float nz = o->modelo->normalCara(0).z;
-    GuionSesion g(*s.editor, s.pantalla);
-    g.clicEn({100, 150, 0}).clicEn({150, 150, 0});
-    g.escribe("150,150," + std::to_string(-30.0 * nz));
-    EXPECT_TRUE(s.editor->comandoExtrusion(false));
-    EXPECT_EQ(prompts(s), Textos({kEntidad, "Seleccione punto caliente, arista o cara:",
-                                  "Seleccione nueva coordenada"}));
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
-    EXPECT_EQ(carasVivas(*o->modelo), 5);
+    {
+        GuionSesion g(*s.editor, s.pantalla);
+        g.clicEn({100, 150, 0}).clicEn({150, 150, 0});
+        g.escribe("150,150," + std::to_string(-30.0 * nz));
+        EXPECT_TRUE(s.editor->comandoExtrusion(false));
+    }
+    EXPECT_EQ(s.prompts(), Textos({kEntidad, "Seleccione punto caliente, arista o cara:",
+                                   "Seleccione nueva coordenada"}));
+    EXPECT_EQ(vivas(*o->modelo), 5);
     ASSERT_EQ(o->modelo->vertices().size(), 8U);
     for (size_t i = 4; i < 8; ++i)
     {
@@ -255,8 +228,7 @@ TEST(ComandoExtrusion, caraSiempreHaciaFueraYAristaHastaElPunto)
     GuionSesion h(*t.editor, t.pantalla);
     h.clicEn({100, 150, 0}).clicEn({100, 150, 0}).escribe("50,150,0");
     EXPECT_TRUE(t.editor->comandoExtrusion(true));
-    EXPECT_TRUE(cad::mallaSana(*q->modelo));
-    EXPECT_EQ(carasVivas(*q->modelo), 2);
+    EXPECT_EQ(vivas(*q->modelo), 2);
     EXPECT_EQ(q->modelo->vertices().back().punto.x, 50.0);
 }
 
@@ -266,7 +238,7 @@ TEST(ComandoExtrusionEntidad, tiraDeLaPolilineaYDeshacer)
 {
     SesionEditor s;
     const std::vector<P> v = {{100, 100, 0}, {200, 100, 0}, {200, 200, 0}};
-    s.editor->nuevaEntidad(new cad::Polilinea(3, v.data()));
+    s.editor->nuevaEntidad(new Polilinea(3, v.data()));
     s.pinta();
     const size_t pasos = s.editor->comandosDeshacer.size();
     GuionSesion g(*s.editor, s.pantalla);
@@ -276,8 +248,8 @@ TEST(ComandoExtrusionEntidad, tiraDeLaPolilineaYDeshacer)
     ASSERT_EQ(s.dibujo.entidades.size(), 2U);
     auto* o = dynamic_cast<Objeto3D*>(s.dibujo.entidades.back());
     ASSERT_NE(o, nullptr);
-    EXPECT_TRUE(cad::mallaSana(*o->modelo));
-    EXPECT_EQ(carasVivas(*o->modelo), 2);
+    EXPECT_TRUE(mallaSana(*o->modelo));
+    EXPECT_EQ(vivas(*o->modelo), 2);
     EXPECT_EQ(o->modelo->vertices()[5].punto, P(200, 200, 10));
     EXPECT_EQ(s.editor->comandosDeshacer.size(), pasos + 1);
     s.editor->deshacer();
@@ -285,3 +257,4 @@ TEST(ComandoExtrusionEntidad, tiraDeLaPolilineaYDeshacer)
 }
 
 }  // namespace
+}  // namespace cad

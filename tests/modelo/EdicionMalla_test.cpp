@@ -1,4 +1,5 @@
-#include <cmath>
+#include <algorithm>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -13,30 +14,32 @@ namespace
 {
 
 using P = Punto3<double>;
+using V = std::vector<int32_t>;
 using prueba::cuadricula;
 using prueba::cubo;
 using prueba::imagenDe;
 
-std::vector<int32_t> ciclo(const Modelo3D& m, int32_t cara)
+V ciclo(const Modelo3D& m, int32_t cara)
 {
-    std::vector<int32_t> v;
+    V v;
     m.getVerticesCara(cara, v);
     return v;
 }
 
 int32_t vivas(const Modelo3D& m)
 {
-    int32_t n = 0;
-    for (const cara_t& c : m.caras())
-    {
-        n += c.arista != -1 ? 1 : 0;
-    }
-    return n;
+    return std::count_if(m.caras().begin(), m.caras().end(),
+                         [](const cara_t& c) { return c.arista != -1; });
 }
 
-// Every edit over every face of a closed and an open mesh: whatever the edit, the records must
-// stay a sound mesh, and the edit must have done something (faces or corners changed).
-TEST(EdicionMalla, CadaEdicionSobreCadaCaraDejaLaMallaSana)
+int32_t arista(const Modelo3D& m, int32_t a, int32_t b)
+{
+    return m.aristas().busca(a, b, m.getVertice(a).arista, m.getVertice(b).arista);
+}
+
+// Every edit over every face of a closed and an open mesh does something: faces or corners
+// change. Soundness after each is left to the random edits.
+TEST(EdicionMalla, CadaEdicionSobreCadaCaraHaceAlgo)
 {
     for (const bool cerrado : {true, false})
     {
@@ -45,129 +48,94 @@ TEST(EdicionMalla, CadaEdicionSobreCadaCaraDejaLaMallaSana)
         for (int32_t f = 0; f < static_cast<int32_t>(base.caras().size()); ++f)
         {
             SCOPED_TRACE(testing::Message() << (cerrado ? "cubo" : "cuadricula") << " cara " << f);
-            const std::vector<int32_t> l = ciclo(base, f);
-            std::vector<int32_t> aristas;
+            const V l = ciclo(base, f);
+            V aristas;
             base.getAristasCara(f, aristas);
-
-            Modelo3D m = base;
-            m.borraCara(f);
-            EXPECT_TRUE(mallaSana(m));
-            EXPECT_TRUE(ciclo(m, f).empty());
-
-            m = base;
-            m.parteArista(aristas[1], 3);
-            EXPECT_TRUE(mallaSana(m));
-            EXPECT_EQ(ciclo(m, f).size(), l.size() + 2);
-
-            m = base;
-            ASSERT_TRUE(m.uneVertices(l[0], l[2]));
-            EXPECT_TRUE(mallaSana(m));
-            EXPECT_EQ(ciclo(m, f).size() + ciclo(m, vivas(m) - 1).size(), l.size() + 2);
-
-            m = base;
-            m.extruyeCara(f, 2.0F);
-            EXPECT_TRUE(mallaSana(m));
-            EXPECT_EQ(vivas(m), vivas(base) + 4);
-
-            m = base;
-            m.parteCara(f, true);
-            EXPECT_TRUE(mallaSana(m));
-            EXPECT_EQ(vivas(m), vivas(base) + 4);
+            Modelo3D m[5] = {base, base, base, base, base};
+            m[0].borraCara(f);
+            m[1].parteArista(aristas[1], 3);
+            ASSERT_TRUE(m[2].uneVertices(l[0], l[2]));
+            m[3].extruyeCara(f, 2.0F);
+            m[4].parteCara(f, true);
+            EXPECT_TRUE(ciclo(m[0], f).empty());
+            EXPECT_EQ(ciclo(m[1], f).size(), l.size() + 2);
+            EXPECT_EQ(ciclo(m[2], f).size() + ciclo(m[2], vivas(m[2]) - 1).size(), l.size() + 2);
+            EXPECT_EQ(vivas(m[3]), vivas(base) + 4);
+            EXPECT_EQ(vivas(m[4]), vivas(base) + 4);
         }
     }
 }
 
-// A cube's edge in three: two vertices and two edges are appended, the edge keeps its index as
-// the piece at vertice[0], and both faces on it show six corners in walking order.
-TEST(EdicionMalla, ParteAristaEnTresEnlazaLasDosCaras)
+// A cube's edge in three: the edge keeps its index as the piece at vertice[0], both faces on
+// it gain the two new corners in walking order; n = 1 changes nothing. On an edge whose only
+// face lies on side 1 the new piece takes that face in cara[0], so the cycle closes through it.
+TEST(EdicionMalla, ParteArista)
 {
     Modelo3D m;
     cubo(m);
-    const int32_t e = m.aristas().busca(0, 2, m.getVertice(0).arista, m.getVertice(2).arista);
+    const int32_t e = arista(m, 0, 2);
     ASSERT_EQ(m.aristas()[e].vertice[0], 0);
-    const size_t nv = m.vertices().size();
-    const int32_t na = m.aristas().size();
     m.parteArista(e, 3);
     ASSERT_TRUE(mallaSana(m));
-    EXPECT_EQ(m.vertices().size(), nv + 2);
-    EXPECT_EQ(m.aristas().size(), na + 2);
-    const auto v1 = static_cast<int32_t>(nv);  // nearest q
-    const auto v2 = v1 + 1;
-    EXPECT_EQ(m.getVertice(v1).punto, P(0, 1.0 - 1.0 / 3, 0));
-    EXPECT_EQ(m.aristas()[e].vertice[1], v2);
-    EXPECT_EQ(ciclo(m, 0), (std::vector<int32_t>{0, v2, v1, 2, 3, 1}));
-    EXPECT_EQ(ciclo(m, 4), (std::vector<int32_t>{0, 4, 6, 2, v1, v2}));
-
+    EXPECT_EQ(m.vertices().size(), 10U);
+    EXPECT_EQ(m.aristas().size(), 14);
+    EXPECT_EQ(m.getVertice(8).punto, P(0, 1.0 - 1.0 / 3, 0));  // the first, nearest q
+    EXPECT_EQ(m.aristas()[e].vertice[1], 9);
+    EXPECT_EQ(ciclo(m, 0), (V{0, 9, 8, 2, 3, 1}));
+    EXPECT_EQ(ciclo(m, 4), (V{0, 4, 6, 2, 8, 9}));
     const std::vector<uint8_t> antes = imagenDe(m);
     m.parteArista(e, 1);
     EXPECT_EQ(imagenDe(m), antes);
+
+    Modelo3D t;
+    cuadricula(t, 2, 1);
+    const int32_t l = arista(t, 1, 4);
+    ASSERT_EQ(t.aristas()[l].cara[1], 1);
+    t.borraCara(0);
+    ASSERT_EQ(t.aristas()[l].cara[0], -1);
+    const int32_t v = t.insertaVertice(P(1, 0.5, 0), l);
+    ASSERT_TRUE(mallaSana(t));
+    const int32_t n = t.aristas().size() - 1;
+    EXPECT_EQ(std::tuple(t.aristas()[n].cara[0], t.aristas()[n].siguienteCara0), std::tuple(1, l));
+    EXPECT_EQ(ciclo(t, 1).size(), 5U);
+    EXPECT_EQ(t.getVertice(v).arista, n);
 }
 
-// An edge whose only face lies on side 1 (its side-0 face deleted): the new piece takes the face
-// in cara[0] with that face's walk order, so the cycle closes through it.
-TEST(EdicionMalla, ParteAristaConCaraSoloEnLado1)
-{
-    Modelo3D m;
-    cuadricula(m, 2, 1);
-    const int32_t e = m.aristas().busca(1, 4, m.getVertice(1).arista, m.getVertice(4).arista);
-    ASSERT_EQ(m.aristas()[e].cara[1], 1);
-    m.borraCara(0);
-    ASSERT_EQ(m.aristas()[e].cara[0], -1);
-    const int32_t v = m.insertaVertice(P(1, 0.5, 0), e);
-    ASSERT_TRUE(mallaSana(m));
-    const int32_t n = m.aristas().size() - 1;
-    EXPECT_EQ(m.aristas()[n].cara[0], 1);
-    EXPECT_EQ(m.aristas()[n].siguienteCara0, e);
-    EXPECT_EQ(ciclo(m, 1).size(), 5U);
-    EXPECT_EQ(m.getVertice(v).arista, n);
-}
-
-// Deleting one face of a strip: the edges only it had die in full, the shared edge loses
-// that side, and the shared vertices live on although their own edge was among the dead.
+// Deleting one face of a strip: the edges only it had die in full, the shared edge loses that
+// side, and the shared vertices live on although their own edge was among the dead.
 TEST(EdicionMalla, BorraCaraMataSoloLoQueEraSuyo)
 {
     Modelo3D m;
     cuadricula(m, 2, 1);  // 0 1 2 / 3 4 5
-    std::vector<int32_t> aristas;
+    V aristas;
     m.getAristasCara(1, aristas);
-    const int32_t compartida = m.aristas().busca(1, 4, m.getVertice(1).arista, -1);
+    const int32_t compartida = arista(m, 1, 4);
     ASSERT_EQ(m.getVertice(1).arista, aristas[0]);  // (1,2): the newest edge at 1, about to die
     m.borraCara(1);
     ASSERT_TRUE(mallaSana(m));
+    const Arista& c = m.aristas()[compartida];
+    EXPECT_EQ(std::tuple(c.cara[0], c.cara[1], c.siguienteCara1), std::tuple(0, -1, -1));
     for (const int32_t e : aristas)
     {
         const Arista& a = m.aristas()[e];
-        if (e == compartida)
-        {
-            EXPECT_EQ(a.cara[0], 0);
-            EXPECT_EQ(a.cara[1], -1);
-            EXPECT_EQ(a.siguienteCara1, -1);
-        }
-        else
-        {
-            EXPECT_EQ(a.vertice[0], -1);
-            EXPECT_EQ(a.cara[0], -1);
-        }
+        EXPECT_TRUE(e == compartida || (a.vertice[0] == -1 && a.cara[0] == -1)) << e;
     }
-    EXPECT_TRUE(m.getVertice(1).esValido());
-    EXPECT_TRUE(m.getVertice(4).esValido());
-    EXPECT_FALSE(m.getVertice(2).esValido());
-    EXPECT_FALSE(m.getVertice(5).esValido());
+    EXPECT_TRUE(m.getVertice(1).esValido() && m.getVertice(4).esValido());
+    EXPECT_FALSE(m.getVertice(2).esValido() || m.getVertice(5).esValido());
     EXPECT_EQ(m.caras()[1].arista, -1);
 
     m.borraCara(0);
     EXPECT_TRUE(mallaSana(m));
     EXPECT_EQ(m.aristas().aristasValidas(), 0);
     EXPECT_EQ(m.vertices().size(), 6U);
-    for (const vertice_t& v : m.vertices())
-    {
-        EXPECT_EQ(v.arista, -1);
-    }
+    EXPECT_TRUE(std::none_of(m.vertices().begin(), m.vertices().end(),
+                             [](const vertice_t& v) { return v.esValido(); }));
 }
 
 // A quad's diagonal: two triangles sharing the new edge, same material and normal; joining
-// again, or joining vertices with no common face, changes nothing.
-TEST(EdicionMalla, UneVerticesParteLaCaraEnDos)
+// again, or joining vertices with no common face, changes nothing. A chain between two corners
+// that already share an edge closes a loop with it, whichever way round the face walks it.
+TEST(EdicionMalla, UneVerticesYCadena)
 {
     Modelo3D m;
     cuadricula(m, 2, 1);
@@ -176,26 +144,32 @@ TEST(EdicionMalla, UneVerticesParteLaCaraEnDos)
     ASSERT_TRUE(m.uneVertices(0, 4));
     ASSERT_TRUE(mallaSana(m));
     ASSERT_EQ(m.caras().size(), 3U);
-    const int32_t nueva = m.aristas().size() - 1;
-    EXPECT_EQ(m.aristas()[nueva].vertice[0], 0);
-    EXPECT_EQ(m.aristas()[nueva].cara[0], 2);
-    EXPECT_EQ(m.aristas()[nueva].cara[1], 0);
+    const Arista& nueva = m.aristas()[m.aristas().size() - 1];
+    EXPECT_EQ(std::tuple(nueva.vertice[0], nueva.cara[0], nueva.cara[1]), std::tuple(0, 2, 0));
     EXPECT_EQ(ciclo(m, 0).size(), 3U);
     EXPECT_EQ(ciclo(m, 2).size(), 3U);
     EXPECT_EQ(m.getMaterialCara(2), 7);
     EXPECT_EQ(m.caras()[2].normal, normal);
-
     const std::vector<uint8_t> antes = imagenDe(m);
     EXPECT_FALSE(m.uneVertices(0, 4));
     EXPECT_FALSE(m.uneVertices(0, 5));
     EXPECT_FALSE(m.uneVertices(0, 99));
     EXPECT_EQ(imagenDe(m), antes);
+
+    for (const bool alReves : {false, true})
+    {
+        Modelo3D q;
+        cuadricula(q, 1, 1);  // 0 1 3 2
+        const int32_t centro = q.nuevoVertice(P(0.5, 0.5, 0));
+        ASSERT_TRUE(q.uneCadena(alReves ? V{1, centro, 0} : V{0, centro, 1}));
+        EXPECT_TRUE(mallaSana(q));
+        EXPECT_EQ(ciclo(q, 0).size() + ciclo(q, 1).size(), 8U);
+    }
 }
 
-// A cut from edge to edge through one free point: the ends split the edges, the interior
-// vertex is part of the chain but keeps `arista` -1 (the chain calls no hook). An end on an
-// edge that runs along x in a flat face is never found (the segment test divides by its zero
-// extent in z), so that cut is refused and leaves its vertices bare.
+// A cut from edge to edge through one free point: the interior vertex keeps `arista` -1 (the
+// chain calls no hook). An end on an edge along x in a flat face is never found (the segment
+// test divides by its zero extent in z): that cut is refused and leaves its vertices bare.
 TEST(EdicionMalla, RecortaCaraDeAristaAArista)
 {
     Modelo3D m;
@@ -203,33 +177,15 @@ TEST(EdicionMalla, RecortaCaraDeAristaAArista)
     ASSERT_TRUE(m.recortaCara({P(0, 0.5, 0), P(0.5, 0.5, 0), P(1, 0.5, 0)}));
     ASSERT_TRUE(mallaSana(m));
     EXPECT_EQ(m.vertices().size(), 7U);
-    EXPECT_EQ(ciclo(m, 0), (std::vector<int32_t>{0, 1, 6, 5, 4}));
-    EXPECT_EQ(ciclo(m, 1), (std::vector<int32_t>{3, 2, 4, 5, 6}));  // from its first edge record
+    EXPECT_EQ(ciclo(m, 0), (V{0, 1, 6, 5, 4}));
+    EXPECT_EQ(ciclo(m, 1), (V{3, 2, 4, 5, 6}));  // from its first edge record
     EXPECT_FALSE(m.getVertice(5).esValido());
     EXPECT_TRUE(m.getVertice(4).esValido());
 
-    const size_t nv = m.vertices().size();
-    const std::vector<uint8_t> aristas = imagenDe(m);
     EXPECT_FALSE(m.recortaCara({P(0.5, 0, 0), P(0.5, 0.5, 0), P(1, 0.25, 0)}));
     EXPECT_TRUE(mallaSana(m));
-    EXPECT_EQ(m.vertices().size(), nv + 3);
+    EXPECT_EQ(m.vertices().size(), 10U);
     EXPECT_EQ(m.buscaArista(P(0.5, 0, 0)), -1);
-}
-
-// A chain between two corners that already share an edge: the cut closes a loop with that edge,
-// whichever way round the face walks it.
-TEST(EdicionMalla, UneCadenaEntreVecinos)
-{
-    for (const bool alReves : {false, true})
-    {
-        Modelo3D m;
-        cuadricula(m, 1, 1);  // 0 1 3 2
-        const int32_t centro = m.nuevoVertice(P(0.5, 0.5, 0));
-        ASSERT_TRUE(m.uneCadena(alReves ? std::vector<int32_t>{1, centro, 0}
-                                        : std::vector<int32_t>{0, centro, 1}));
-        EXPECT_TRUE(mallaSana(m));
-        EXPECT_EQ(ciclo(m, 0).size() + ciclo(m, 1).size(), 8U);
-    }
 }
 
 // Reversing: a face whose edges all carry it on side 0 walks backwards and stays sound; on an
@@ -240,11 +196,11 @@ TEST(EdicionMalla, InvierteCaraCambiaLasAlas)
     cuadricula(m, 1, 1);
     m.invierteNormales();
     ASSERT_TRUE(mallaSana(m));
-    EXPECT_EQ(ciclo(m, 0), (std::vector<int32_t>{1, 0, 2, 3}));
+    EXPECT_EQ(ciclo(m, 0), (V{1, 0, 2, 3}));
 
     Modelo3D tira;
     cuadricula(tira, 2, 1);
-    const int32_t e = tira.aristas().busca(1, 4, tira.getVertice(1).arista, -1);
+    const int32_t e = arista(tira, 1, 4);
     const Arista antes = tira.aristas()[e];
     tira.invierteCara(1);
     const Arista& a = tira.aristas()[e];
@@ -267,18 +223,18 @@ TEST(EdicionMalla, ExtruyeCaraYArista)
     ASSERT_TRUE(mallaSana(m));
     EXPECT_EQ(m.caras()[0].arista, -1);
     EXPECT_EQ(vivas(m), 4);
-    EXPECT_EQ(ciclo(m, 4), (std::vector<int32_t>{3, 4, 5}));
+    EXPECT_EQ(ciclo(m, 4), (V{3, 4, 5}));
     EXPECT_EQ(m.getVertice(4).punto, P(1, 0, -2));  // (P0 - P1) x (P2 - P1) points down
     EXPECT_EQ(m.getMaterialCara(4), 0);
 
     Modelo3D c;
     cuadricula(c, 2, 1);
     const std::vector<uint8_t> antes = imagenDe(c);
-    c.extruyeArista(c.aristas().busca(1, 4, c.getVertice(1).arista, -1), Vector3D<double>(0, 0, 1));
+    c.extruyeArista(arista(c, 1, 4), Vector3D<double>(0, 0, 1));
     EXPECT_EQ(imagenDe(c), antes);
     c.extruyeAristaHasta(0, P(0.5, 0, 3));  // edge 0-1
     ASSERT_TRUE(mallaSana(c));
-    EXPECT_EQ(ciclo(c, 2), (std::vector<int32_t>{0, 6, 7, 1}));
+    EXPECT_EQ(ciclo(c, 2), (V{0, 6, 7, 1}));
     EXPECT_EQ(c.getVertice(7).punto, P(1, 0, 3));
 }
 
@@ -291,22 +247,16 @@ TEST(EdicionMalla, ParteCaraAbiertaDejaUnHueco)
     ASSERT_TRUE(mallaSana(m));
     EXPECT_EQ(vivas(m), 4);
     EXPECT_EQ(m.getVertice(4).punto, P(0.25, 0.25, 0));
+    V caras;
     for (int32_t v = 4; v < 8; ++v)
     {
-        std::vector<int32_t> caras;
         m.carasDeVertice(v, caras);
-        EXPECT_EQ(caras.size(), 2U);
+        EXPECT_EQ(caras.size(), 2U) << v;
     }
-    int32_t interiores = 0;
-    for (const Arista& a : m.aristas())
-    {
-        if (a.vertice[0] >= 4 && a.vertice[1] >= 4)
-        {
-            ++interiores;
-            EXPECT_TRUE(a.esFrontera());
-        }
-    }
-    EXPECT_EQ(interiores, 4);
+    const auto interior = [](const Arista& a) { return a.vertice[0] >= 4 && a.vertice[1] >= 4; };
+    EXPECT_EQ(std::count_if(m.aristas().begin(), m.aristas().end(), interior), 4);
+    EXPECT_TRUE(std::all_of(m.aristas().begin(), m.aristas().end(),
+                            [&](const Arista& a) { return !interior(a) || a.esFrontera(); }));
 }
 
 // Indices a host may pass that name nothing leave the model as it was.

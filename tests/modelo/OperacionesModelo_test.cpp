@@ -132,6 +132,15 @@ TEST(Isolineas, NivelesDelBarridoYMaestras)
     {
         EXPECT_DOUBLE_EQ(p.z, z3);
     }
+    // A side crossing a level within 1e-7 along the normal still has its hit, or the face
+    // would give one hit and its pairs would cross over to the next face.
+    Modelo3D fino;
+    const P esquinas[] = {P(0, 0, -4e-8), P(1, 0, 4e-8), P(0, 1, 1)};
+    fino.nuevaCara(3, esquinas, nullptr, false, 0);
+    std::vector<P> corte;
+    cortaPlano(fino, Plano3D<double>(P(0, 0, 0), Vector3D<double>(0, 0, 1)), corte);
+    ASSERT_EQ(corte.size(), 2U);
+    EXPECT_EQ(corte[0], P(0.5, 0, 0));
     std::vector<cadena_t> cadenas;
     encadena(normales[2], cadenas, 0);
     ASSERT_EQ(cadenas.size(), 1U);
@@ -313,6 +322,10 @@ TEST(HuecoPolilinea, UnaCaraEnOjoDeCerraduraQueGiraAlReves)
     ASSERT_TRUE(huecoPolilinea(m, 0, h, true));
     EXPECT_EQ(m.caras()[0].arista, -1);
     ASSERT_EQ(m.caras().size(), 2U);
+    // The quad's four sides died with it (their records stay): all ten sides of the new face
+    // are new records, the bridge twice, since nuevaCara looks every side up before it makes
+    // any and so finds none for the bridge's second use.
+    EXPECT_EQ(m.aristas().size(), 4 + 10);
     EXPECT_TRUE(mallaSana(m));
     std::vector<P> ciclo;
     m.getCoordenadasCara(1, ciclo);
