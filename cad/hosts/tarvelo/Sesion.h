@@ -153,6 +153,10 @@ private:
     void creaOrdenesEdicion();
     // Writes `si` or `no` for a command that answers whether it ended well, and succeeds.
     bool informaSiNo(bool hecho, const char* si, const char* no);
+    // An order for a kernel command that asks for everything itself: no arguments, its count
+    // reported by informa.
+    orden_t ordenCuenta(const char* nombre, const char* ayuda, std::function<long()> ejecuta,
+                        const char* singular, const char* plural);
     bool ordenMueveXYZ(const std::vector<std::string>& argumentos);
     bool ordenParteArista(const std::vector<std::string>& argumentos);
     bool ordenAsignaMaterial(const std::vector<std::string>& argumentos);

@@ -2,6 +2,7 @@
 // mesh edits, each through the facade's command of the same purpose.
 #include <charconv>
 #include <cmath>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,15 +31,6 @@ bool real(const std::string& texto, double& valor)
 void Sesion::creaOrdenesEdicion()
 {
     using args_t = std::vector<std::string>;
-    // A command with no arguments that gives a count.
-    const auto cuenta = [this](const char* nombre, const char* ayuda, auto ejecuta,
-                               const char* singular, const char* plural)
-    {
-        return orden_t{
-            nombre, "", ayuda, 0, 0, false, [this, ejecuta, singular, plural](const args_t&) {
-                return informa(ejecuta(), singular, plural);
-            }};
-    };
     // A command with no arguments that answers whether it ended well. A false answer is the
     // user's refusal or the kernel's, not a failed order: a script goes on after it.
     const auto logico =
@@ -51,16 +43,16 @@ void Sesion::creaOrdenesEdicion()
     agregaGrupo(
         "Modificar",
         {
-            cuenta(
+            ordenCuenta(
                 "borra", "borra la selección, o las entidades que se elijan",
                 [this]() { return dibujo.comandoBorrar(); }, "entidad borrada",
                 "entidades borradas"),
-            cuenta(
+            ordenCuenta(
                 "mueve", "mueve entidades de un punto base a un destino",
                 [this]() { return dibujo.comandoMover(); }, "entidad movida", "entidades movidas"),
             {"muevexyz", "DX DY DZ", "mueve la selección por el vector dado", 3, 3, false,
              [this](const args_t& a) { return ordenMueveXYZ(a); }},
-            cuenta(
+            ordenCuenta(
                 "duplica", "una copia de una entidad, de un punto base a un destino",
                 [this]() { return dibujo.comandoCopiar(); }, "copia creada", "copias creadas"),
             logico(
@@ -172,6 +164,21 @@ void Sesion::creaOrdenesEdicion()
                 [this]() { return dibujo.extiendePlanos(); }, "Plano extendido",
                 "Plano sin extender"),
         });
+}
+
+Sesion::orden_t Sesion::ordenCuenta(const char* nombre, const char* ayuda,
+                                    std::function<long()> ejecuta, const char* singular,
+                                    const char* plural)
+{
+    return orden_t{
+        nombre,
+        "",
+        ayuda,
+        0,
+        0,
+        false,
+        [this, ejecuta = std::move(ejecuta), singular, plural](const std::vector<std::string>&)
+        { return informa(ejecuta(), singular, plural); }};
 }
 
 bool Sesion::informaSiNo(bool hecho, const char* si, const char* no)

@@ -269,22 +269,13 @@ bool Sesion::informa(long n, const char* singular, const char* plural)
 void Sesion::creaOrdenes()
 {
     using args_t = std::vector<std::string>;
-    // A kernel's command that asks for everything itself: no arguments, its count reported.
-    const auto comando = [this](const char* nombre, const char* ayuda, auto ejecuta,
-                                const char* singular, const char* plural)
-    {
-        return orden_t{
-            nombre, "", ayuda, 0, 0, false, [this, ejecuta, singular, plural](const args_t&) {
-                return informa(ejecuta(), singular, plural);
-            }};
-    };
     agregaGrupo(
         "Puntos y líneas",
         {
-            comando(
+            ordenCuenta(
                 "punto", "puntos hasta Intro o esc", [this]() { return dibujo.comandoPunto(); },
                 "punto creado", "puntos creados"),
-            comando(
+            ordenCuenta(
                 "linea", "líneas encadenadas hasta Intro o esc",
                 [this]() { return dibujo.comandoLinea(); }, "línea creada", "líneas creadas"),
             {"polilinea", "[una] [cerrada]",
@@ -298,10 +289,10 @@ void Sesion::creaOrdenes()
     agregaGrupo(
         "Caras y planos",
         {
-            comando(
+            ordenCuenta(
                 "cara3d", "caras triangulares en tira, hasta Intro",
                 [this]() { return dibujo.comandoCara3D3(); }, "cara creada", "caras creadas"),
-            comando(
+            ordenCuenta(
                 "cara3d4", "una cara de cuatro lados por tres esquinas",
                 [this]() { return dibujo.comandoCara3D4(); }, "cara creada", "caras creadas"),
             {"cara", "", "un plano ajustado a los puntos dados hasta Intro", 0, 0, false,
@@ -315,7 +306,7 @@ void Sesion::creaOrdenes()
                         << '\n';
                  return true;
              }},
-            comando(
+            ordenCuenta(
                 "plano", "planos por su contorno, hasta Intro",
                 [this]() { return dibujo.comandoPlano(); }, "plano creado", "planos creados"),
             {"contornoplano", "", "el contorno de un plano pasa a ser el de una polilínea", 0, 0,
@@ -326,33 +317,33 @@ void Sesion::creaOrdenes()
                                                           : "Contorno sin cambios\n");
                  return true;
              }},
-            comando(
+            ordenCuenta(
                 "paralelaplano", "copias de un plano a una distancia o por un punto",
                 [this]() { return dibujo.comandoParalelaPlano(); }, "plano creado",
                 "planos creados"),
-            comando(
+            ordenCuenta(
                 "perpendicularplano", "planos perpendiculares a otro por una línea",
                 [this]() { return dibujo.comandoPerpendicularPlano(); }, "plano creado",
                 "planos creados"),
         });
     agregaGrupo("Sólidos y materiales",
                 {
-                    comando(
+                    ordenCuenta(
                         "cubo", "cajas por dos esquinas y la altura",
                         [this]() { return dibujo.comandoCubo(); }, "cubo creado", "cubos creados"),
-                    comando(
+                    ordenCuenta(
                         "modelocubo", "prismas con el material actual",
                         [this]() { return dibujo.comandoModeloCubo(); }, "prisma creado",
                         "prismas creados"),
-                    comando(
+                    ordenCuenta(
                         "modelocilindro", "cilindros por centro, radio y altura",
                         [this]() { return dibujo.comandoModeloCilindro(); }, "cilindro creado",
                         "cilindros creados"),
-                    comando(
+                    ordenCuenta(
                         "modeloesfera", "esferas por centro y radio",
                         [this]() { return dibujo.comandoModeloEsfera(); }, "esfera creada",
                         "esferas creadas"),
-                    comando(
+                    ordenCuenta(
                         "convierte", "planos y sólidos a objetos 3D",
                         [this]() { return dibujo.comandoConvierteObjeto3D(); },
                         "entidad convertida a objeto 3D", "entidades convertidas a objetos 3D"),
