@@ -56,9 +56,10 @@ std::vector<Polilinea*> polilineas(SesionEditor& s)
     return out;
 }
 
-// The increment is asked again until above 0; each level is one closed ring around the peak,
-// flat at its height, the master levels first, and each an undo step of its own. A polyface
-// of the same faces gives the same rings.
+// The increment is asked again until above 0 and large enough for at most 100,000 levels over
+// the entity's diagonal; each level is one closed ring around the peak, flat at its height,
+// the master levels first, and each an undo step of its own. A polyface of the same faces
+// gives the same rings.
 TEST(ComandoIsolineas, anillosDelPicoConIncrementoValidadoYDeshacer)
 {
     std::vector<std::vector<P>> anillos;
@@ -96,12 +97,13 @@ TEST(ComandoIsolineas, anillosDelPicoConIncrementoValidadoYDeshacer)
         int n = 0;
         {
             GuionSesion g(*s.editor, s.pantalla);
-            g.clicEn({100, 150, 0}).escribe("0").escribe("-3").escribe("20");
+            g.clicEn({100, 150, 0}).escribe("0").escribe("0.001").escribe("20");
             n = s.editor->comandoIsolineas();
         }
-        EXPECT_EQ(s.prompts(),
-                  Textos({kEntidad, kIncremento, "El incremento debe ser mayor que 0", kIncremento,
-                          "El incremento debe ser mayor que 0", kIncremento}));
+        EXPECT_EQ(
+            s.prompts(),
+            Textos({kEntidad, kIncremento, "El incremento debe ser mayor que 0", kIncremento,
+                    "Demasiados niveles: el incremento debe ser al menos 0.005728", kIncremento}));
         const std::vector<Polilinea*> curvas = polilineas(s);
         // Levels every 20 from the sweep's start, 45 - 286.4 = -241.4: levels 13 to 16
         // cross (0, 90], level 15 a master one.

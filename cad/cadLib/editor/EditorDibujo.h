@@ -494,8 +494,9 @@ public:
     // Contour lines of a mesh object or of a polyface ("Seleccione una entidad:"), every
     // "Incremento de cota de las isolineas" along the reference plane's normal, else the
     // vertical: each chain becomes a Polilinea on the current layer, the master lines (every
-    // fifth level) first, each an undoable insertion. An increment not above 0 is refused
-    // and asked again. Returns how many were made; -1 when a wait was refused.
+    // fifth level) first, each an undoable insertion. An increment not above 0, or so small
+    // that the entity's diagonal holds more than 100,000 levels, is refused and asked again.
+    // Returns how many were made; -1 when a wait was refused.
     int comandoIsolineas();
     // Two mesh objects ("Selecciona el modelo 1", "Selecciona el modelo 2") become one: a new
     // Objeto3D holding both meshes, their boundaries pushed apart, inserted; the two sources

@@ -59,6 +59,9 @@ void suelta(EditorDibujo& editor, Entidad* e)
 
 }  // namespace
 
+// More levels than a survey ever draws, far fewer than would exhaust the memory.
+constexpr double kMaxNiveles = 100000;
+
 int EditorDibujo::comandoIsolineas()
 {
     iniciaComandoInteractivo(false);
@@ -72,13 +75,24 @@ int EditorDibujo::comandoIsolineas()
     while (fuente != nullptr &&
            entradaDoble(texto(16, 1, "Incremento de cota de las isolineas"), false, &intervalo))
     {
-        // A step of 0 or less would never end the sweep.
-        dado = std::isfinite(intervalo) && intervalo > 0;
+        // A step of 0 or less would never end the sweep; a step so small that the sweep holds
+        // millions of levels would only fill the memory.
+        const Rect3<double> caja = fuente->extension();
+        const double diagonal = caja.esValido() ? caja.minimo.distancia(caja.maximo) : 0;
+        dado = std::isfinite(intervalo) && intervalo > 0 && diagonal / intervalo <= kMaxNiveles;
         if (dado)
         {
             break;
         }
-        mensaje("%s", texto(16, 2, "El incremento debe ser mayor que 0"));
+        if (std::isfinite(intervalo) && intervalo > 0)
+        {
+            mensaje(texto(16, 3, "Demasiados niveles: el incremento debe ser al menos %g"),
+                    diagonal / kMaxNiveles);
+        }
+        else
+        {
+            mensaje("%s", texto(16, 2, "El incremento debe ser mayor que 0"));
+        }
     }
     if (dado && dibujo_->contieneEntidad(fuente))
     {
