@@ -2,12 +2,12 @@
 #include "modelo/OperacionesModelo.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <deque>
 #include <limits>
 #include <set>
 #include <tuple>
-#include <unordered_map>
 
 namespace cad
 {
@@ -259,10 +259,25 @@ struct Barrido
         std::vector<int32_t> ciclo;
         for (int32_t f = 0; f < static_cast<int32_t>(modelo.caras().size()); ++f)
         {
+            // One walk: corner k is the end that side k shares with the side before it, as
+            // getVerticesCara finds it. A face whose walk broke (a damaged record) has a side
+            // that shares no end with the one before: it is passed over rather than paired
+            // wrongly.
             modelo.getAristasCara(f, lados);
-            modelo.getVerticesCara(f, ciclo);
-            // A face whose walk broke (a damaged record) gives a corner list that does not
-            // match its sides: it is passed over rather than paired wrongly.
+            ciclo.clear();
+            for (size_t k = 0; k < lados.size(); ++k)
+            {
+                const Arista& previa = aristas[lados[k == 0 ? lados.size() - 1 : k - 1]];
+                const Arista& a = aristas[lados[k]];
+                const int32_t v = previa.toca(a.vertice[0])   ? a.vertice[0]
+                                  : previa.toca(a.vertice[1]) ? a.vertice[1]
+                                                              : -1;
+                if (!vivo(v))
+                {
+                    break;
+                }
+                ciclo.push_back(v);
+            }
             if (ciclo.size() < 2 || ciclo.size() != lados.size())
             {
                 continue;
@@ -397,23 +412,14 @@ void isolineas(const Modelo3D& modelo, const Vector3D<double>& direccion,
 namespace
 {
 
-// Exact equality of points as a hash key; -0 and 0 are one coordinate.
-struct ClavePunto
+// The bits of a coordinate as a sort key; -0 and 0 are one coordinate.
+uint64_t bits(double c)
 {
-    size_t operator()(const Punto3<double>& p) const
-    {
-        size_t h = 1469598103934665603ULL;
-        for (double c : {p.x, p.y, p.z})
-        {
-            c = c == 0 ? 0.0 : c;
-            uint64_t b = 0;
-            std::memcpy(&b, &c, sizeof b);
-            h = (h ^ b) * 1099511628211ULL;
-            h ^= h >> 29;
-        }
-        return h;
-    }
-};
+    c = c == 0 ? 0.0 : c;
+    uint64_t b = 0;
+    std::memcpy(&b, &c, sizeof b);
+    return b;
+}
 
 bool cerca(const Punto3<double>& a, const Punto3<double>& b, double tolerancia)
 {
@@ -421,33 +427,51 @@ bool cerca(const Punto3<double>& a, const Punto3<double>& b, double tolerancia)
 }
 
 // The pairs that chain: a pair within tolerance of itself, and a pair exactly equal (in either
-// order) to an earlier one, add nothing.
+// order) to an earlier one, add nothing. Equal pairs are found by sorting their ends' bits.
 std::vector<std::pair<Punto3<double>, Punto3<double>>> paresValidos(
     const std::vector<Punto3<double>>& puntos, double tolerancia)
 {
     std::vector<std::pair<Punto3<double>, Punto3<double>>> pares;
     pares.reserve(puntos.size() / 2);
-    std::unordered_map<Punto3<double>, std::vector<size_t>, ClavePunto> vistos;
     for (size_t k = 0; k + 1 < puntos.size(); k += 2)
     {
-        const Punto3<double>& a = puntos[k];
-        const Punto3<double>& b = puntos[k + 1];
-        if (cerca(a, b, tolerancia))
+        if (!cerca(puntos[k], puntos[k + 1], tolerancia))
         {
-            continue;
+            pares.emplace_back(puntos[k], puntos[k + 1]);
         }
-        std::vector<size_t>& desdeA = vistos[a];
-        const bool repetido =
-            std::any_of(desdeA.begin(), desdeA.end(),
-                        [&](size_t j) { return pares[j].first == b || pares[j].second == b; });
-        if (repetido)
-        {
-            continue;
-        }
-        desdeA.push_back(pares.size());
-        vistos[b].push_back(pares.size());
-        pares.emplace_back(a, b);
     }
+    using clave_t = std::array<uint64_t, 7>;  // the lower end, the higher end, the index
+    std::vector<clave_t> claves(pares.size());
+    for (size_t k = 0; k < pares.size(); ++k)
+    {
+        const Punto3<double>& a = pares[k].first;
+        const Punto3<double>& b = pares[k].second;
+        std::array<uint64_t, 3> ka{bits(a.x), bits(a.y), bits(a.z)};
+        std::array<uint64_t, 3> kb{bits(b.x), bits(b.y), bits(b.z)};
+        if (kb < ka)
+        {
+            std::swap(ka, kb);
+        }
+        claves[k] = {ka[0], ka[1], ka[2], kb[0], kb[1], kb[2], k};
+    }
+    std::sort(claves.begin(), claves.end());
+    std::vector<char> repetido(pares.size(), 0);
+    for (size_t c = 1; c < claves.size(); ++c)
+    {
+        if (std::equal(claves[c].begin(), claves[c].end() - 1, claves[c - 1].begin()))
+        {
+            repetido[claves[c][6]] = 1;
+        }
+    }
+    size_t quedan = 0;
+    for (size_t k = 0; k < pares.size(); ++k)
+    {
+        if (repetido[k] == 0)
+        {
+            pares[quedan++] = pares[k];
+        }
+    }
+    pares.resize(quedan);
     return pares;
 }
 
@@ -492,6 +516,97 @@ void cierra(std::deque<Punto3<double>>& cadena, double tolerancia, std::vector<c
     out.push_back(std::move(c));
 }
 
+// Chains by exact ends in time proportional to the pairs (and a sort). Every end gets the
+// number of its point, so that the pairs at each point can be listed in list order; the
+// first pair left at either end of a chain is then at the head of one of two lists, and the
+// same pairs join in the same order as the plain search would take them.
+void encadenaExacta(const std::vector<std::pair<Punto3<double>, Punto3<double>>>& pares,
+                    std::vector<cadena_t>& cadenas)
+{
+    const size_t n = pares.size();
+    struct extremo_t
+    {
+        uint64_t x, y, z;
+        uint32_t cual;  // 2 * pair + end
+        bool operator<(const extremo_t& o) const
+        {
+            return std::tie(x, y, z, cual) < std::tie(o.x, o.y, o.z, o.cual);
+        }
+        bool mismoPunto(const extremo_t& o) const { return x == o.x && y == o.y && z == o.z; }
+    };
+    std::vector<extremo_t> extremos(2 * n);
+    for (size_t k = 0; k < n; ++k)
+    {
+        for (uint32_t lado = 0; lado < 2; ++lado)
+        {
+            const Punto3<double>& p = lado == 0 ? pares[k].first : pares[k].second;
+            extremos[2 * k + lado] = {bits(p.x), bits(p.y), bits(p.z),
+                                      static_cast<uint32_t>(2 * k + lado)};
+        }
+    }
+    std::sort(extremos.begin(), extremos.end());
+    // grupo[2 k + lado]: the number of the point at that end.
+    std::vector<uint32_t> grupo(2 * n);
+    std::vector<uint32_t> inicioGrupo;  // into `extremos`, one past the last group at the end
+    for (size_t e = 0; e < extremos.size(); ++e)
+    {
+        if (e == 0 || !extremos[e].mismoPunto(extremos[e - 1]))
+        {
+            inicioGrupo.push_back(static_cast<uint32_t>(e));
+        }
+        grupo[extremos[e].cual] = static_cast<uint32_t>(inicioGrupo.size() - 1);
+    }
+    inicioGrupo.push_back(static_cast<uint32_t>(extremos.size()));
+    // The ends of each point sorted by `cual` are its pairs in list order; cursor[g] skips
+    // those already taken.
+    std::vector<uint32_t> cursor(inicioGrupo.begin(), inicioGrupo.end() - 1);
+    std::vector<char> usado(n, 0);
+    const auto primeroLibre = [&](uint32_t g) -> size_t
+    {
+        uint32_t& c = cursor[g];
+        while (c < inicioGrupo[g + 1] && usado[extremos[c].cual / 2] != 0)
+        {
+            ++c;
+        }
+        return c < inicioGrupo[g + 1] ? extremos[c].cual / 2 : n;
+    };
+    for (size_t inicio = 0; inicio < n; ++inicio)
+    {
+        if (usado[inicio] != 0)
+        {
+            continue;
+        }
+        usado[inicio] = 1;
+        std::deque<Punto3<double>> cadena{pares[inicio].first, pares[inicio].second};
+        uint32_t frente = grupo[2 * inicio];
+        uint32_t fondo = grupo[2 * inicio + 1];
+        for (;;)
+        {
+            const size_t k = std::min(primeroLibre(fondo), primeroLibre(frente));
+            if (k == n)
+            {
+                break;
+            }
+            usado[k] = 1;
+            // As anade tries them: the pair's first point at the chain's end, its second at
+            // the end, its first at the start, its second at the start.
+            const uint32_t g0 = grupo[2 * k];
+            const uint32_t g1 = grupo[2 * k + 1];
+            if (g0 == fondo || g1 == fondo)
+            {
+                cadena.push_back(g0 == fondo ? pares[k].second : pares[k].first);
+                fondo = g0 == fondo ? g1 : g0;
+            }
+            else
+            {
+                cadena.push_front(g0 == frente ? pares[k].second : pares[k].first);
+                frente = g0 == frente ? g1 : g0;
+            }
+        }
+        cierra(cadena, 0, cadenas);
+    }
+}
+
 }  // namespace
 
 void encadena(const std::vector<Punto3<double>>& puntos, std::vector<cadena_t>& cadenas,
@@ -526,50 +641,7 @@ void encadena(const std::vector<Punto3<double>>& puntos, std::vector<cadena_t>& 
         }
         return;
     }
-    // Exact ends: the pairs touching each point, in list order, so that the first pair left
-    // at either end of the chain is found without a search; the same pairs join in the same
-    // order as the plain search would take them.
-    std::unordered_map<Punto3<double>, std::vector<size_t>, ClavePunto> porPunto;
-    porPunto.reserve(pares.size() * 2);
-    for (size_t k = 0; k < pares.size(); ++k)
-    {
-        porPunto[pares[k].first].push_back(k);
-        if (!(pares[k].second == pares[k].first))
-        {
-            porPunto[pares[k].second].push_back(k);
-        }
-    }
-    std::unordered_map<Punto3<double>, size_t, ClavePunto> cursor;
-    const auto primeroLibre = [&](const Punto3<double>& p) -> size_t
-    {
-        const std::vector<size_t>& lista = porPunto[p];
-        size_t& c = cursor[p];
-        while (c < lista.size() && usado[lista[c]] != 0)
-        {
-            ++c;
-        }
-        return c < lista.size() ? lista[c] : pares.size();
-    };
-    for (size_t inicio = 0; inicio < pares.size(); ++inicio)
-    {
-        if (usado[inicio] != 0)
-        {
-            continue;
-        }
-        usado[inicio] = 1;
-        std::deque<Punto3<double>> cadena{pares[inicio].first, pares[inicio].second};
-        for (;;)
-        {
-            const size_t k = std::min(primeroLibre(cadena.back()), primeroLibre(cadena.front()));
-            if (k == pares.size())
-            {
-                break;
-            }
-            usado[k] = 1;
-            anade(cadena, pares[k], 0);
-        }
-        cierra(cadena, 0, cadenas);
-    }
+    encadenaExacta(pares, cadenas);
 }
 
 }  // namespace cad
