@@ -488,6 +488,26 @@ TEST(GuionEdicion, modelos)
     }
 }
 
+// A vertex drag, a polyline swept into a strip (undone and redone around its saves), a face
+// cut through a point inside it, and the hole walk that changes nothing.
+TEST(GuionEdicion, varios)
+{
+    const fs::path p = juega("edicion_varios");
+    compruebaDeshacer(p, "extruye");
+    const Leido final(p / "final.cad");
+    const auto lineas = final.de<cad::Polilinea>("Pg1");
+    ASSERT_EQ(lineas.size(), 1U);
+    EXPECT_EQ(lineas[0]->vertices[0], cad::Punto3<double>(200, 50, 0));
+    const auto objetos = final.de<cad::Objeto3D>("Ob1");
+    ASSERT_EQ(objetos.size(), 2U);
+    EXPECT_EQ(carasVivas(objetos[0]), 2U);  // cut in two through the clicked point
+    const auto& v = objetos[0]->modelo->vertices();
+    EXPECT_TRUE(std::any_of(v.begin(), v.end(),
+                            [](const cad::vertice_t& x)
+                            { return x.punto.distancia(cad::Punto3<double>(50, 60, 0)) < 1e-6; }));
+    EXPECT_EQ(carasVivas(objetos[1]), 1U);  // the strip: one quad
+}
+
 // Refused arguments: each order says why and runs nothing.
 TEST(GuionEdicion, argumentosRechazados)
 {
