@@ -120,6 +120,7 @@ TEST(ComandoParteCara, posicionTalCualAnilloYHueco)
         EXPECT_TRUE(t.editor->comandoParteCara());
     }
     EXPECT_EQ(vivas(*q->modelo), 6);
+    EXPECT_TRUE(mallaSana(*q->modelo));
 
     SesionEditor u;
     Objeto3D* h = tira(u, 1);
@@ -127,6 +128,7 @@ TEST(ComandoParteCara, posicionTalCualAnilloYHueco)
     g.clicEn({100, 150, 0}).clicEn({150, 150, 0});
     EXPECT_TRUE(u.editor->comandoHueco());
     EXPECT_EQ(vivas(*h->modelo), 4);
+    EXPECT_TRUE(mallaSana(*h->modelo));
     const auto& aristas = h->modelo->aristas();
     EXPECT_EQ(std::count_if(aristas.begin(), aristas.end(),
                             [](const auto& a) { return a.esValida() && a.esFrontera(); }),
@@ -149,6 +151,7 @@ TEST(ComandosMalla, parteAristaUneVerticesYRecortaCara)
     EXPECT_EQ(ciclo(*o->modelo, 0).size(), 6U);
     EXPECT_EQ(ciclo(*o->modelo, 1).size(), 6U);
     EXPECT_EQ(o->modelo->vertices().size(), 8U);
+    EXPECT_TRUE(mallaSana(*o->modelo));
 
     SesionEditor t;
     Objeto3D* q = tira(t, 1);
@@ -159,6 +162,7 @@ TEST(ComandosMalla, parteAristaUneVerticesYRecortaCara)
     }
     EXPECT_EQ(t.prompts(), Textos({kEntidad, kPunto, kPunto, kPunto}));
     EXPECT_EQ(vivas(*q->modelo), 2);
+    EXPECT_TRUE(mallaSana(*q->modelo));
 
     SesionEditor u;
     Objeto3D* r = tira(u, 2);
@@ -170,6 +174,7 @@ TEST(ComandosMalla, parteAristaUneVerticesYRecortaCara)
     EXPECT_EQ(vivas(*r->modelo), 3);
     EXPECT_EQ(r->modelo->vertices().size(), 9U);
     EXPECT_EQ(r->modelo->vertices()[7].punto, P(150, 160, 0));
+    EXPECT_TRUE(mallaSana(*r->modelo));
 }
 
 // An edge with two faces is asked again; the walk from a boundary edge leaves every record.
@@ -217,6 +222,7 @@ TEST(ComandoExtrusion, caraSiempreHaciaFueraYAristaHastaElPunto)
     EXPECT_EQ(s.prompts(), Textos({kEntidad, "Seleccione punto caliente, arista o cara:",
                                    "Seleccione nueva coordenada"}));
     EXPECT_EQ(vivas(*o->modelo), 5);
+    EXPECT_TRUE(mallaSana(*o->modelo));
     ASSERT_EQ(o->modelo->vertices().size(), 8U);
     for (size_t i = 4; i < 8; ++i)
     {
@@ -230,6 +236,7 @@ TEST(ComandoExtrusion, caraSiempreHaciaFueraYAristaHastaElPunto)
     EXPECT_TRUE(t.editor->comandoExtrusion(true));
     EXPECT_EQ(vivas(*q->modelo), 2);
     EXPECT_EQ(q->modelo->vertices().back().punto.x, 50.0);
+    EXPECT_TRUE(mallaSana(*q->modelo));
 }
 
 // A polyline swept by base-to-destination becomes one undoable Objeto3D on the current

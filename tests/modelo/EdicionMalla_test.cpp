@@ -37,8 +37,8 @@ int32_t arista(const Modelo3D& m, int32_t a, int32_t b)
     return m.aristas().busca(a, b, m.getVertice(a).arista, m.getVertice(b).arista);
 }
 
-// Every edit over every face of a closed and an open mesh does something: faces or corners
-// change. Soundness after each is left to the random edits.
+// Every edit over every face of a closed and an open mesh does something (faces or corners
+// change) and leaves the mesh sound.
 TEST(EdicionMalla, CadaEdicionSobreCadaCaraHaceAlgo)
 {
     for (const bool cerrado : {true, false})
@@ -62,6 +62,10 @@ TEST(EdicionMalla, CadaEdicionSobreCadaCaraHaceAlgo)
             EXPECT_EQ(ciclo(m[2], f).size() + ciclo(m[2], vivas(m[2]) - 1).size(), l.size() + 2);
             EXPECT_EQ(vivas(m[3]), vivas(base) + 4);
             EXPECT_EQ(vivas(m[4]), vivas(base) + 4);
+            for (const Modelo3D& editado : m)
+            {
+                EXPECT_TRUE(mallaSana(editado));
+            }
         }
     }
 }
@@ -86,12 +90,14 @@ TEST(EdicionMalla, ParteArista)
     const std::vector<uint8_t> antes = imagenDe(m);
     m.parteArista(e, 1);
     EXPECT_EQ(imagenDe(m), antes);
+    EXPECT_TRUE(mallaSana(m));
 
     Modelo3D t;
     cuadricula(t, 2, 1);
     const int32_t l = arista(t, 1, 4);
     ASSERT_EQ(t.aristas()[l].cara[1], 1);
     t.borraCara(0);
+    ASSERT_TRUE(mallaSana(t));
     ASSERT_EQ(t.aristas()[l].cara[0], -1);
     const int32_t v = t.insertaVertice(P(1, 0.5, 0), l);
     ASSERT_TRUE(mallaSana(t));
@@ -232,6 +238,7 @@ TEST(EdicionMalla, ExtruyeCaraYArista)
     const std::vector<uint8_t> antes = imagenDe(c);
     c.extruyeArista(arista(c, 1, 4), Vector3D<double>(0, 0, 1));
     EXPECT_EQ(imagenDe(c), antes);
+    EXPECT_TRUE(mallaSana(c));
     c.extruyeAristaHasta(0, P(0.5, 0, 3));  // edge 0-1
     ASSERT_TRUE(mallaSana(c));
     EXPECT_EQ(ciclo(c, 2), (V{0, 6, 7, 1}));
@@ -277,6 +284,7 @@ TEST(EdicionMalla, IndicesFueraDeRangoNoCambianNada)
         m.aristas().parte(0, i == 2 ? 1000 : i);
     }
     EXPECT_EQ(imagenDe(m), antes);
+    EXPECT_TRUE(mallaSana(m));
 }
 
 }  // namespace

@@ -289,8 +289,10 @@ TEST(UnionModelos, AgregaDesplazaYUneConSusRarezas)
         EXPECT_EQ(ahora.siguienteCara0,
                   antes.siguienteCara0 == -1 ? -1 : antes.siguienteCara0 + na);
     }
-    // The vertices keep their edge; the deleted face comes back naming edge na - 1.
+    // The vertices keep their edge; the deleted face comes back naming edge na - 1. Both are
+    // kept as the union always behaved, so the checker objects to the appended part.
     EXPECT_EQ(u.getVertice(nv + 1).arista, b.getVertice(1).arista);
+    EXPECT_FALSE(defectosMalla(u).empty());
     EXPECT_EQ(u.caras()[static_cast<size_t>(nc)].arista, na - 1);
 
     // Two closed skins move nothing: the union merely holds both.
