@@ -11,8 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Configuracion.h"
 #include "base/Admisible.h"
+#include "base/Configuracion.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
 #include "soporte/EntidadPrueba.h"
@@ -187,8 +187,10 @@ TEST_F(DibujoEntidades, zoomExtension)
 }
 
 // The current layer can't move to a hidden or locked layer; naming the current one is true
-// without a mark; "0" can't be locked; locking the current layer makes "0" current.
-TEST_F(DibujoCapas, capaActualYBloqueo)
+// without a mark; "0" can't be locked; locking the current layer makes "0" current. Marks of
+// the layer edits: renaming to the same name clears hayCambios; visibility marks only on a
+// change; colorCapa(nombre, rgb) marks only when rgb equals the old RGBA() packing.
+TEST_F(DibujoCapas, capaActualBloqueoYMarcas)
 {
     d.nuevaCapa(new Capa("Oculta", ColorCapa(2), 0));
     d.nuevaCapa(new Capa("Fija", ColorCapa(3), 3));
@@ -207,12 +209,7 @@ TEST_F(DibujoCapas, capaActualYBloqueo)
     EXPECT_EQ(d.capaActual(), d.buscaCapa("0"));
     EXPECT_TRUE(d.bloqueaCapa("Ejes", false));
     EXPECT_EQ(d.buscaCapa("Ejes")->flags, 1);
-}
 
-// Marks of the layer edits: renaming to the same name clears hayCambios; visibility marks
-// only on a change; colorCapa(nombre, rgb) marks only when rgb equals the old RGBA() packing.
-TEST_F(DibujoCapas, marcasDeRenombrarVisibilidadYColor)
-{
     d.edicionHecha();
     EXPECT_TRUE(d.renombraCapa("0", "0"));
     EXPECT_FALSE(d.hayCambios());
@@ -288,8 +285,10 @@ TEST_F(DibujoTablas, materiales)
 
 // Text styles: a taken name is refused, lookup is exact, an unknown name changes nothing and
 // making a style current marks the document. Deleting an absent variable asks for a paint
-// and changes nothing else.
-TEST_F(DibujoTablas, estilosTextoYVariables)
+// and changes nothing else. Views: saving under a taken name overwrites it in place, so the
+// second camera is the one activated; a bad index names ""; borraVista deletes the last view
+// of a name.
+TEST_F(DibujoTablas, estilosTextoVariablesYVistas)
 {
     EstiloTexto repetido("standar", "Arial", 3);
     EXPECT_FALSE(d.nuevoEstiloTexto(&repetido));
@@ -304,12 +303,7 @@ TEST_F(DibujoTablas, estilosTextoYVariables)
     EXPECT_FALSE(d.hayCambios());
     EXPECT_TRUE(d.estiloTextoActual("Rotulos"));
     EXPECT_TRUE(d.estiloTextoActual() == rotulos && d.hayCambios());
-}
 
-// Views: saving under a taken name overwrites it in place, so the second camera is the one
-// activated; a bad index names ""; borraVista deletes the last view of a name.
-TEST_F(DibujoTablas, vistas)
-{
     p.posicion = {1, 2, 3};
     d.guardaVistaActual(&p, "Planta");
     p.posicion = {4, 5, 6};

@@ -193,8 +193,22 @@ TEST(DocumentoFichero, cicloDeCargaYGuardadoByteAByte)
                     a.begin() + static_cast<long>(variables + seis.size())),
               seis)
         << "A's first six variables are the defaults as they stand";
-    EXPECT_EQ(items(a, "Vbles.1").size(), 11U);
+    const auto vs = items(a, "Vbles.1");
+    ASSERT_EQ(vs.size(), 11U);
     EXPECT_EQ(items(b, "Vbles.1").size(), 17U);
+    // Saved with no display, the working view the new document made has no view variables to
+    // fill it, so it keeps a new view's values, and those are saved.
+    const struct
+    {
+        const char* nombre;
+        double z;
+    } vista[] = {{"posVista", 1}, {"objVista", 0}, {"upVista", 1}};
+    for (size_t i = 0; i < 3; ++i)
+    {
+        EXPECT_EQ(trozo(a, vs[6 + i]),
+                  bloqueVariable("V3D", vista[i].nombre, vector3(0, 0, vista[i].z)))
+            << vista[i].nombre;
+    }
 
     Bytes esperado = a;
     esperado.insert(esperado.begin() + static_cast<long>(poligono.cuerpo() + 32), {1, 1});
@@ -350,89 +364,81 @@ TEST(DocumentoFichero, idRepetidoAtaAlPrimero)
     EXPECT_EQ(t->referenciaEstilo().get(), d2.buscaEstiloTexto("S1"));
 }
 
-// Empty and missing files load false. A wrong magic loads false, keeps every list and keeps
-// the outer body as unknown bytes. A section of another tag stops the load there: layers read,
-// that list emptied keeping the section's body, later lists untouched. A save into a missing
-// folder reports true and creates nothing.
+// Files that do not load, from one sound file (a layer, a point, a line) spoiled in turns.
+// Plain forms: empty and missing files load false. A wrong magic loads false, keeps every list
+// and keeps the outer body as unknown bytes. A section of another tag stops the load there:
+// layers read, that list emptied keeping the section's body, later lists untouched. A save
+// into a missing folder reports true and creates nothing.
+// Checked forms: they say why a file did not load and leave the open drawing exactly as it
+// was (its entity, its layers, its ready flag); a damaged file loads with a warning and the
+// count of entities kept unread. A checked save into a missing folder says so.
 TEST(DocumentoFichero, ficherosQueNoCargan)
 {
     WrapDibujoCAD origen(nullptr, nullptr);
     origen.nuevoDocumento();
     ASSERT_TRUE(origen.nuevaCapa("Ejes", false));
-    const std::string buena = ruta("buena.tcad");
-    ASSERT_TRUE(origen.guarda(buena));
-    const Bytes b = cad::prueba::leeFichero(buena);
-
-    WrapDibujoCAD w(nullptr, nullptr);
-    w.nuevoDocumento();
-    ASSERT_NE(w.nuevoPunto(1, 1, 1), 0);
-    cad::Dibujo& d = *w.mDibujo;
-    const std::string vacio = ruta("vacio.tcad");
-    cad::prueba::escribeFichero(vacio, Bytes{});
-    EXPECT_FALSE(w.lee(vacio));
-    EXPECT_FALSE(d.documentoListo);
-    EXPECT_FALSE(w.lee(ruta("no-existe.tcad")));
-
-    Bytes magia = b;
-    magia[0] = 't';
-    const std::string rMagia = ruta("magia.tcad");
-    cad::prueba::escribeFichero(rMagia, magia);
-    EXPECT_FALSE(w.lee(rMagia));
-    EXPECT_FALSE(d.documentoListo);
-    EXPECT_EQ(d.entidades.size(), 1U);
-    EXPECT_EQ(d.capas.size(), 1U);
-    EXPECT_EQ(d.tamanoDatosDesconocidos, b.size() - 24);
-
-    Bytes seccionAjena = b;
-    const Bloque m = seccion(b, "Mater.1");
-    seccionAjena[m.inicio + 6] = '9';
-    const std::string rSeccion = ruta("seccion.tcad");
-    cad::prueba::escribeFichero(rSeccion, seccionAjena);
-    EXPECT_FALSE(w.lee(rSeccion));
-    EXPECT_EQ(d.capas.size(), 2U);
-    EXPECT_NE(d.buscaCapa("Ejes"), nullptr);
-    EXPECT_TRUE(d.materiales.empty());
-    EXPECT_EQ(d.materiales.tamanoDatosDesconocidos, m.fin - m.posLongitud - 8);
-    EXPECT_EQ(d.estilosTexto.size(), 1U);
-    EXPECT_EQ(d.entidades.size(), 1U);
-
-    const std::string sinCarpeta = ruta("no-hay-carpeta") + "/dibujo.tcad";
-    EXPECT_TRUE(origen.guarda(sinCarpeta));
-    EXPECT_FALSE(cad::prueba::existeFichero(sinCarpeta));
-}
-
-// The checked forms say why a file did not load and leave the open drawing exactly as it
-// was (its entity, its layers, its ready flag); a damaged file loads with a warning and the
-// count of entities kept unread. A checked save into a missing folder says so.
-TEST(DocumentoFichero, formasComprobadasDicenPorQueYNoTocanNada)
-{
-    WrapDibujoCAD origen(nullptr, nullptr);
-    origen.nuevoDocumento();
     ASSERT_NE(origen.nuevoPunto(5, 5, 5), 0);
     ASSERT_NE(origen.nuevaLinea(0, 0, 0, 1, 1, 1), 0);
     const std::string buena = ruta("buena.tcad");
     ASSERT_TRUE(origen.guarda(buena));
     const Bytes b = cad::prueba::leeFichero(buena);
-
-    WrapDibujoCAD w(nullptr, nullptr);
-    w.nuevoDocumento();
-    ASSERT_TRUE(w.nuevaCapa("Mia", true));
-    ASSERT_NE(w.nuevoPunto(1, 1, 1), 0);
     const auto escribe = [](const char* nombre, const Bytes& bytes)
     {
         const std::string r = ruta(nombre);
         cad::prueba::escribeFichero(r, bytes);
         return r;
     };
+    Bytes magia = b;
+    magia[0] = 't';
     Bytes otraVersion = b;
     otraVersion[14] = '3';
     Bytes seccionAjena = b;
-    seccionAjena[seccion(b, "Mater.1").inicio + 6] = '9';
+    const Bloque m = seccion(b, "Mater.1");
+    seccionAjena[m.inicio + 6] = '9';
+    Bytes danada = b;
+    danada[items(b, "Entid.1")[0].inicio + 3] = 'X';
     const std::string noExiste = ruta("no-existe.tcad");
     const std::string vacio = escribe("vacio.tcad", {});
     const std::string texto = escribe("texto.tcad", {'h', 'o', 'l', 'a'});
+    const std::string rMagia = escribe("magia.tcad", magia);
     const std::string version = escribe("version.tcad", otraVersion);
     const std::string ajena = escribe("seccion.tcad", seccionAjena);
+    const std::string rDanada = escribe("danada.tcad", danada);
+    const std::string carpeta = ruta("no-hay-carpeta");
+
+    {
+        SCOPED_TRACE("plain forms");
+        WrapDibujoCAD w(nullptr, nullptr);
+        w.nuevoDocumento();
+        ASSERT_NE(w.nuevoPunto(1, 1, 1), 0);
+        cad::Dibujo& d = *w.mDibujo;
+        EXPECT_FALSE(w.lee(vacio));
+        EXPECT_FALSE(d.documentoListo);
+        EXPECT_FALSE(w.lee(noExiste));
+
+        EXPECT_FALSE(w.lee(rMagia));
+        EXPECT_FALSE(d.documentoListo);
+        EXPECT_EQ(d.entidades.size(), 1U);
+        EXPECT_EQ(d.capas.size(), 1U);
+        EXPECT_EQ(d.tamanoDatosDesconocidos, b.size() - 24);
+
+        EXPECT_FALSE(w.lee(ajena));
+        EXPECT_EQ(d.capas.size(), 2U);
+        EXPECT_NE(d.buscaCapa("Ejes"), nullptr);
+        EXPECT_TRUE(d.materiales.empty());
+        EXPECT_EQ(d.materiales.tamanoDatosDesconocidos, m.fin - m.posLongitud - 8);
+        EXPECT_EQ(d.estilosTexto.size(), 1U);
+        EXPECT_EQ(d.entidades.size(), 1U);
+
+        EXPECT_TRUE(origen.guarda(carpeta + "/dibujo.tcad"));
+        EXPECT_FALSE(cad::prueba::existeFichero(carpeta + "/dibujo.tcad"));
+    }
+
+    SCOPED_TRACE("checked forms");
+    WrapDibujoCAD w(nullptr, nullptr);
+    w.nuevoDocumento();
+    ASSERT_TRUE(w.nuevaCapa("Mia", true));
+    ASSERT_NE(w.nuevoPunto(1, 1, 1), 0);
     const std::vector<std::pair<std::string, std::string>> casos = {
         {noExiste, "no existe el fichero " + noExiste},
         {vacio, vacio + " está vacío"},
@@ -440,21 +446,18 @@ TEST(DocumentoFichero, formasComprobadasDicenPorQueYNoTocanNada)
         {version, version + " es de otra versión del formato de dibujo"},
         {ajena, ajena + " está dañado y no se puede leer"},
     };
-    for (size_t i = 0; i < casos.size(); ++i)
+    for (const auto& [fichero, motivo] : casos)
     {
         std::string mensaje;
         int64_t danadas = -1;
-        EXPECT_FALSE(w.leeComprobado(casos[i].first, mensaje, danadas));
-        EXPECT_EQ(mensaje, casos[i].second);
+        EXPECT_FALSE(w.leeComprobado(fichero, mensaje, danadas));
+        EXPECT_EQ(mensaje, motivo);
         EXPECT_EQ(w.mDibujo->entidades.size(), 1U);
         EXPECT_EQ(w.numeroCapas(), 2);
         EXPECT_EQ(w.capaActual(), "Mia");
         EXPECT_TRUE(w.mDibujo->documentoListo);
     }
 
-    Bytes danada = b;
-    danada[items(b, "Entid.1")[0].inicio + 3] = 'X';
-    const std::string rDanada = escribe("danada.tcad", danada);
     std::string mensaje;
     int64_t danadas = 0;
     ASSERT_TRUE(w.leeComprobado(rDanada, mensaje, danadas));
@@ -464,7 +467,6 @@ TEST(DocumentoFichero, formasComprobadasDicenPorQueYNoTocanNada)
     EXPECT_EQ(w.mDibujo->entidades.size(), 2U);
     EXPECT_EQ(w.mDibujo->entidades[1]->etiqueta(), std::string("Ln1"));
 
-    const std::string carpeta = ruta("no-hay-carpeta");
     EXPECT_FALSE(w.guardaComprobado(carpeta + "/dibujo.tcad", mensaje));
     EXPECT_EQ(mensaje, "no existe la carpeta " + carpeta);
     EXPECT_TRUE(cad::prueba::restosTemporales().empty());
@@ -566,30 +568,6 @@ TEST(DocumentoFichero, procesoMatadoDuranteElGuardadoDejaElFicheroAnterior)
         cad::prueba::escribeFichero(dxf, viejoDxf);
     }
     EXPECT_GT(aMedias, 0);
-}
-
-// A new document saved with no display: the working view that the new document made has
-// no view variables to fill it, so it keeps a new view's values, and those are saved.
-TEST(DocumentoFichero, vistaDeDocumentoNuevo)
-{
-    WrapDibujoCAD w(nullptr, nullptr);
-    w.nuevoDocumento();
-    const std::string r = ruta("vista.tcad");
-    ASSERT_TRUE(w.guarda(r));
-    const Bytes a = cad::prueba::leeFichero(r);
-    const auto vs = items(a, "Vbles.1");
-    ASSERT_EQ(vs.size(), 11U);
-    const struct
-    {
-        const char* nombre;
-        double z;
-    } vista[] = {{"posVista", 1}, {"objVista", 0}, {"upVista", 1}};
-    for (size_t i = 0; i < 3; ++i)
-    {
-        EXPECT_EQ(trozo(a, vs[6 + i]),
-                  bloqueVariable("V3D", vista[i].nombre, vector3(0, 0, vista[i].z)))
-            << vista[i].nombre;
-    }
 }
 
 // The persistent ids of the layers, the materials and the text styles, in list order.

@@ -59,10 +59,19 @@ const char* const kCancelado = "* Cancelado *";
 
 // --- typed waits ----------------------------------------------------------------------------
 
-TEST(EsperasTecleadas, numerosRechazadosConSuTextoYVacioAceptado)
+TEST(EsperasTecleadas, numerosSiNoTextoLibreYCancelar)
 {
     SesionEditor s;
     GuionSesion g(*s.editor, s.pantalla);
+    // The prompt goes to the host and to the display.
+    g.escribe("abc def");
+    std::string r;
+    EXPECT_TRUE(s.editor->esperaEntrada("Diga:", r));
+    EXPECT_EQ(r, "abc def");
+    EXPECT_EQ(s.pantalla.textos, Textos({"Diga:"}));
+
+    // Numbers: the refusal's text and the prompt again; an empty line when accepted.
+    s.textos.clear();
     int i = 5;
     g.escribe("x").escribe("0");
     EXPECT_TRUE(s.editor->entradaInt("N:", false, &i));
@@ -80,11 +89,12 @@ TEST(EsperasTecleadas, numerosRechazadosConSuTextoYVacioAceptado)
     EXPECT_EQ(s.textos, Textos({"N:", "N:"}));
 
     s.textos.clear();
+    const char* const decimal = "Introduzca un número decimal";
     double d = 5.0;
     g.escribe("abc").escribe("0");
     EXPECT_TRUE(s.editor->entradaDoble("V:", false, &d));
     EXPECT_EQ(d, 0.0);
-    EXPECT_EQ(s.textos, Textos({"V:", "Introduzca un número decimal", "V:"}));
+    EXPECT_EQ(s.textos, Textos({"V:", decimal, "V:"}));
     g.escribe("2.5x");
     EXPECT_TRUE(s.editor->entradaDoble("V:", false, &d));
     EXPECT_EQ(d, 2.5);
@@ -93,14 +103,9 @@ TEST(EsperasTecleadas, numerosRechazadosConSuTextoYVacioAceptado)
     g.escribe("nan").escribe("-inf").escribe("1e999").escribe("7");
     EXPECT_TRUE(s.editor->entradaDoble("V:", false, &d));
     EXPECT_EQ(d, 7.0);
-    const char* const decimal = "Introduzca un número decimal";
     EXPECT_EQ(s.textos, Textos({"V:", decimal, "V:", decimal, "V:", decimal, "V:"}));
-}
 
-TEST(EsperasTecleadas, siNoYTextoLibre)
-{
-    SesionEditor s;
-    GuionSesion g(*s.editor, s.pantalla);
+    s.textos.clear();
     bool b = true;
     g.escribe("quizá").escribe("No");
     EXPECT_TRUE(s.editor->entradaBool("¿Seguro?", false, &b));
@@ -118,24 +123,14 @@ TEST(EsperasTecleadas, siNoYTextoLibre)
     EXPECT_TRUE(s.editor->entradaString("Nombre:", true, &t));
     EXPECT_EQ(t, "hola mundo");
     EXPECT_EQ(s.textos, Textos({"Nombre:", "Nombre:", "Nombre:"}));
-}
 
-TEST(EsperasTecleadas, laPreguntaVaAlAnfitrionYALaPantallaYCancelarTerminaConFalso)
-{
-    SesionEditor s;
-    GuionSesion g(*s.editor, s.pantalla);
-    g.escribe("abc def");
-    std::string r;
-    EXPECT_TRUE(s.editor->esperaEntrada("Diga:", r));
-    EXPECT_EQ(r, "abc def");
-    EXPECT_EQ(s.pantalla.textos, Textos({"Diga:"}));
-
+    // Cancelling ends each wait with false and leaves its variable alone.
     s.textos.clear();
     s.estados.clear();
-    int i = 1;
-    double d = 2.0;
-    bool b = true;
-    std::string t = "t";
+    i = 1;
+    d = 2.0;
+    b = true;
+    t = "t";
     g.cancela().cancela().cancela().cancela();
     EXPECT_FALSE(s.editor->entradaInt("A:", false, &i));
     EXPECT_FALSE(s.editor->entradaDoble("B:", false, &d));
@@ -167,8 +162,10 @@ TEST(GetPunto, lasCoordenadasTecleadasNoSeEnganchanAunqueUnClicSi)
 
 // A lone number is no coordinate, and Enter alone ends the wait with no text. Coordinates or
 // a number that atof reads as no finite value are an invalid coordinate: the error, the
-// prompt again, and the point command makes nothing of them.
-TEST(GetPunto, numeroSoloONoFinitoEsCoordenadaNoValidaEIntroSoloTermina)
+// prompt again, and the point command makes nothing of them. Coordinates are tried before
+// options, options before a number; during the wait the document's cursor and the display's
+// mode are the selection ones, restored afterwards.
+TEST(GetPunto, coordenadasNoValidasOpcionesNumeroYCursorDeLaEspera)
 {
     SesionEditor s;
     GuionSesion g(*s.editor, s.pantalla);
@@ -194,15 +191,21 @@ TEST(GetPunto, numeroSoloONoFinitoEsCoordenadaNoValidaEIntroSoloTermina)
     EXPECT_TRUE(s.editor->getPunto("P:", c, nullptr, &v, true));
     EXPECT_EQ(v, 2.0);
     EXPECT_EQ(s.textos, Textos({"P:", error, "P:", ""}));
-}
 
-TEST(GetPunto, coordenadasAntesQueOpcionYOpcionAntesQueNumero)
-{
-    SesionEditor s;
-    GuionSesion g(*s.editor, s.pantalla);
-    cursor_t c;
+    s.dibujo.setTipoCursor(1);
+    int tipo = -1;
+    int modo = -1;
+    g.ejecuta([&]() { tipo = s.dibujo.tipoCursor, modo = s.pantalla.modoInteraccion; })
+        .escribe("1,1");
+    EXPECT_TRUE(s.editor->getPunto("P:", c));
+    EXPECT_EQ(tipo, EditorDibujo::kCursorSeleccionCoordenadas);
+    EXPECT_EQ(modo, PantallaCAD::kVisorSeleccion);
+    EXPECT_EQ(s.dibujo.tipoCursor, 1);
+    EXPECT_EQ(s.pantalla.modoInteraccion, PantallaCAD::kVisorLibre);
+
+    s.textos.clear();
     int op = -5;
-    double v = -1.0;
+    v = -1.0;
     s.editor->nuevaOpcion("Cerrar");
     s.editor->nuevaOpcion("Deshacer");
     g.escribe("xyz").escribe("d").escribe("3");
@@ -226,23 +229,6 @@ TEST(GetPunto, coordenadasAntesQueOpcionYOpcionAntesQueNumero)
     EXPECT_TRUE(s.editor->getPunto("P:", c, &op, &v, true));
     EXPECT_EQ(op, 7);
     EXPECT_EQ(c.referencia, Punto3<double>(1, 2, 0));
-}
-
-TEST(GetPunto, cursorDelDocumentoYModoDeLaPantallaDuranteLaEspera)
-{
-    SesionEditor s;
-    GuionSesion g(*s.editor, s.pantalla);
-    s.dibujo.setTipoCursor(1);
-    int tipo = -1;
-    int modo = -1;
-    g.ejecuta([&]() { tipo = s.dibujo.tipoCursor, modo = s.pantalla.modoInteraccion; })
-        .escribe("1,1");
-    cursor_t c;
-    EXPECT_TRUE(s.editor->getPunto("P:", c));
-    EXPECT_EQ(tipo, EditorDibujo::kCursorSeleccionCoordenadas);
-    EXPECT_EQ(modo, PantallaCAD::kVisorSeleccion);
-    EXPECT_EQ(s.dibujo.tipoCursor, 1);
-    EXPECT_EQ(s.pantalla.modoInteraccion, PantallaCAD::kVisorLibre);
 }
 
 // --- window, circle, plane ------------------------------------------------------------------
@@ -341,12 +327,28 @@ TEST(GetPuntoEnPlano, planoHaciaLaVistaPorLaBaseSinOpciones)
 
 // --- picking entities -----------------------------------------------------------------------
 
-TEST(SeleccionaEntidad, clicSobreLaLineaOpcionYClicDerecho)
+TEST(SeleccionaEntidad, etiquetaClicSobreLaLineaOpcionYClicDerecho)
 {
     SesionEditor s;
     Linea* l = horizontal(s, 100);
     s.pinta();
     GuionSesion g(*s.editor, s.pantalla);
+    // The wrong tag drops the entity without asking again: one click per wait, as asking
+    // again would run out of script.
+    g.clic(200, 100).clic(200, 100).clic(200, 100);
+    SeleccionEntidades deTipo(&s.dibujo);
+    EXPECT_FALSE(s.editor->seleccionaEntidadTipo("Pn1", "Plano:", deTipo));
+    EXPECT_TRUE(deTipo.entidades.empty());
+    EXPECT_EQ(l->estado & 9U, 0U);
+    // The file tag, or the name of the type it stands for (callers ask for "Polilinea"),
+    // is accepted.
+    EXPECT_TRUE(s.editor->seleccionaEntidadTipo("Linea", "Linea:", deTipo));
+    EXPECT_EQ(deTipo.entidades, std::vector<cad::Entidad*>({l}));
+    EXPECT_TRUE(s.editor->seleccionaEntidadTipo("Ln1", "Linea:", deTipo));
+    EXPECT_EQ(deTipo.entidades, std::vector<cad::Entidad*>({l}));
+
+    s.textos.clear();
+    s.estados.clear();
     int tipo = -1;
     // Empty space and a line with no options prompt are ignored.
     g.clic(600, 500).escribe("hola").ejecuta([&]() { tipo = s.dibujo.tipoCursor; }).clic(200, 100);
@@ -373,26 +375,6 @@ TEST(SeleccionaEntidad, clicSobreLaLineaOpcionYClicDerecho)
     g.clic(200, 100, PantallaCAD::kBotonDerecho).mueve(201, 101);
     EXPECT_FALSE(s.editor->seleccionaEntidad("E:", otra));
     EXPECT_TRUE(otra.entidades.empty());
-}
-
-TEST(SeleccionaEntidad, laEtiquetaEquivocadaSacaLaEntidadSinPreguntarOtraVez)
-{
-    SesionEditor s;
-    Linea* l = horizontal(s, 100);
-    s.pinta();
-    GuionSesion g(*s.editor, s.pantalla);
-    // One click per wait: asking again would run out of script.
-    g.clic(200, 100).clic(200, 100).clic(200, 100);
-    SeleccionEntidades sel(&s.dibujo);
-    EXPECT_FALSE(s.editor->seleccionaEntidadTipo("Pn1", "Plano:", sel));
-    EXPECT_TRUE(sel.entidades.empty());
-    EXPECT_EQ(l->estado & 9U, 0U);
-    // The file tag, or the name of the type it stands for (callers ask for "Polilinea"),
-    // is accepted.
-    EXPECT_TRUE(s.editor->seleccionaEntidadTipo("Linea", "Linea:", sel));
-    EXPECT_EQ(sel.entidades, std::vector<cad::Entidad*>({l}));
-    EXPECT_TRUE(s.editor->seleccionaEntidadTipo("Ln1", "Linea:", sel));
-    EXPECT_EQ(sel.entidades, std::vector<cad::Entidad*>({l}));
 }
 
 TEST(SeleccionaEntidades, losClicsResaltanHastaIntroYCancelarVacia)
@@ -511,9 +493,21 @@ TEST(ComandoSeleccionaEntidades, poligonoSimpleSeleccionaEInsertaSuContornoYElCr
 
 // --- frame ----------------------------------------------------------------------------------
 
-TEST(MarcoEsperas, actualizaAvisaSoloCuandoCambiaLaSeleccion)
+// A cancel outside a command does not cancel the next one. actualiza tells the host only
+// when the selection changed.
+TEST(MarcoEsperas, cancelarFueraDeUnComandoYAvisosDeSeleccion)
 {
     SesionEditor s;
+    s.editor->cancelaComando();
+    EXPECT_TRUE(s.editor->cancelado);
+    GuionSesion g(*s.editor, s.pantalla);
+    g.escribe("1,2");
+    cursor_t c;
+    EXPECT_TRUE(s.editor->getPunto("P:", c));
+    EXPECT_EQ(c.referencia, Punto3<double>(1, 2, 0));
+    EXPECT_EQ(s.textos, Textos({"P:", ""}));
+    EXPECT_EQ(s.estados, "IF");
+
     cad::Punto* p = punto(s, 1, 1);
     Avisos avisos(s);
     s.editor->actualiza(EditorDibujo::kPropiedades, false);
@@ -537,20 +531,6 @@ TEST(MarcoEsperas, actualizaAvisaSoloCuandoCambiaLaSeleccion)
     otra.editor->setActualiza([&](EditorDibujo::actualiza_e t) { enOtra.push_back(t); });
     otra.editor->actualiza(EditorDibujo::kPropiedades, false);
     EXPECT_TRUE(enOtra.empty());
-}
-
-TEST(MarcoEsperas, cancelarFueraDeUnComandoNoCancelaElSiguiente)
-{
-    SesionEditor s;
-    s.editor->cancelaComando();
-    EXPECT_TRUE(s.editor->cancelado);
-    GuionSesion g(*s.editor, s.pantalla);
-    g.escribe("1,2");
-    cursor_t c;
-    EXPECT_TRUE(s.editor->getPunto("P:", c));
-    EXPECT_EQ(c.referencia, Punto3<double>(1, 2, 0));
-    EXPECT_EQ(s.textos, Textos({"P:", ""}));
-    EXPECT_EQ(s.estados, "IF");
 }
 
 }  // namespace

@@ -110,52 +110,48 @@ TEST(EntidadPrefijo, BytesLecturaYCortes)
 // The common sheet, one category "General" of four rows: "Entidad" read-only with the type
 // name; "Capa" the layer's name; "Color" with the entity's own bytes (white) as decimal
 // 0xAARRGGBB, index 256 while by layer and the layer's colour; "Grosor" 0 while by layer.
-TEST(EntidadHoja, FilasComunes)
+// Writing it: an index below 256 takes the palette with alpha 255, 256..511 keeps the bytes;
+// outside 0..511 the text is a decimal 0xRRGGBB giving index 512, read back as -1. "Grosor"
+// stores a width off by-layer; 0 turns by-layer on and keeps the old width. Rows 0 and 1 are
+// ignored.
+TEST(EntidadHoja, FilasComunesYEscritura)
 {
     Capa capa("Ejes", ColorCapa(1), 1);
-    EntidadComun e;
-    e.asignaCapa(&capa);
-    EXPECT_EQ(cad::prueba::filasHoja(e, 0),
+    EntidadComun comun;
+    comun.asignaCapa(&capa);
+    EXPECT_EQ(cad::prueba::filasHoja(comun, 0),
               (std::vector<std::string>{
                   "General/Entidad:Cadena!=Desconocida", "General/Capa:CapaEntidad=Ejes",
                   "General/Color:Color=4294967295", "General/Grosor:DoblePositivo=           0"}));
     Prop p;
-    ASSERT_TRUE(e.getPropiedad(0, 2, p));
+    ASSERT_TRUE(comun.getPropiedad(0, 2, p));
     EXPECT_EQ(p.indiceColor, 256);
     EXPECT_EQ(p.colorCapa, 0xFFFF0000U);
-}
 
-// Writing the sheet: an index below 256 takes the palette with alpha 255, 256..511 keeps the
-// bytes; outside 0..511 the text is a decimal 0xRRGGBB giving index 512, read back as -1.
-// "Grosor" stores a width off by-layer; 0 turns by-layer on and keeps the old width. Rows 0
-// and 1 are ignored.
-TEST(EntidadHoja, EscribirColorYGrosor)
-{
-    Capa capa("Ejes", ColorCapa(1), 1);
     cad::Punto e(0, 0, 0);
     e.asignaCapa(&capa);
-    Prop p;
-    p.indiceColor = 3;
-    e.setPropiedad(0, 2, p);
-    EXPECT_EQ(e.color.colorCAD, 3);
-    EXPECT_EQ(e.color.ABGR(), 0xFF00FF00U);
-    p.indiceColor = 300;
-    e.setPropiedad(0, 2, p);
-    EXPECT_EQ(e.color.colorCAD, 300);
-    EXPECT_EQ(e.color.ABGR(), 0xFF00FF00U);
-    p.indiceColor = -1;
-    p.valor = "1193046";  // 0x123456
-    e.setPropiedad(0, 2, p);
-    EXPECT_EQ(e.color.colorCAD, 512);
-    EXPECT_EQ(e.color.ABGR(), 0xFF563412U);
+    const struct
+    {
+        int indice;
+        const char* valor;
+        int colorCAD;
+        uint32_t abgr;
+    } colores[] = {{3, "", 3, 0xFF00FF00U},
+                   {300, "", 300, 0xFF00FF00U},  // keeps the bytes index 3 left
+                   {512, "255", 512, 0xFFFF0000U},
+                   {-1, "1193046", 512, 0xFF563412U}};  // 0x123456
+    for (const auto& c : colores)
+    {
+        p.indiceColor = c.indice;
+        p.valor = c.valor;
+        e.setPropiedad(0, 2, p);
+        EXPECT_EQ(e.color.colorCAD, c.colorCAD) << c.indice;
+        EXPECT_EQ(e.color.ABGR(), c.abgr) << c.indice;
+    }
     Prop leido;
     ASSERT_TRUE(e.getPropiedad(0, 2, leido));
     EXPECT_EQ(leido.indiceColor, -1);
     EXPECT_EQ(leido.valor, "4279383126");  // 0xFF123456
-    p.indiceColor = 512;
-    p.valor = "255";
-    e.setPropiedad(0, 2, p);
-    EXPECT_EQ(e.color.ABGR(), 0xFFFF0000U);
 
     p.valor = "2.5";
     e.setPropiedad(0, 3, p);
@@ -215,7 +211,8 @@ TEST(EntidadColor, IndiceCercanoYColorResuelto)
 
 // esTipo compares the tag's type name without regard to case, never a prefix of it. The name
 // table gives "Desconocida" for any other tag, never "Poligono", and compares tags exactly.
-TEST(EntidadTipo, EsTipoYTablaDeNombres)
+// Without coordinates the box is the inverted default (0,0,0)-(-1,-1,-1).
+TEST(EntidadTipo, EsTipoTablaDeNombresYCajaVacia)
 {
     EXPECT_FALSE(cad::Punto(0, 0, 0).esTipo("Punt"));
     EXPECT_TRUE(cad::EntidadDesconocida("Np1").esTipo("nubepuntos"));
@@ -233,11 +230,6 @@ TEST(EntidadTipo, EsTipoYTablaDeNombres)
     {
         EXPECT_STREQ(cad::nombreTipo(tabla[i]), tabla[i + 1]) << tabla[i];
     }
-}
-
-// No coordinates: the inverted default box (0,0,0)-(-1,-1,-1).
-TEST(EntidadExtension, CajaInvertidaSinCoordenadas)
-{
     const cad::Rect3<double> vacia = cad::EntidadDesconocida("Xq1").extension();
     EXPECT_EQ(vacia.minimo, Punto3<double>(0, 0, 0));
     EXPECT_EQ(vacia.maximo, Punto3<double>(-1, -1, -1));
@@ -385,8 +377,9 @@ TEST_P(CatalogoEntidades, CoordenadasExtensionYTraslado)
     EXPECT_EQ(coordenadas(*e), t.movidas.value_or(movidas));
 }
 
-// Painting makes exactly the recorded calls, and whatever can be picked is the entity.
-TEST_P(CatalogoEntidades, DibujoExacto)
+// Painting makes exactly the recorded calls, and whatever can be picked is the entity. The
+// records on the entity's layer are the whole ENTITIES section, exactly.
+TEST_P(CatalogoEntidades, DibujoYRegistrosDXFExactos)
 {
     const std::unique_ptr<cad::Entidad> e = GetParam().crea();
     cad::prueba::PantallaGrabadora pantalla;
@@ -401,11 +394,6 @@ TEST_P(CatalogoEntidades, DibujoExacto)
     {
         EXPECT_TRUE(pr.pick == nullptr || pr.pick == static_cast<void*>(e.get()));
     }
-}
-
-// The records on the entity's layer are the whole ENTITIES section, exactly.
-TEST_P(CatalogoEntidades, RegistrosDXF)
-{
     EXPECT_EQ(cad::prueba::registrosDXF(*GetParam().crea()), GetParam().dxf);
 }
 
@@ -581,11 +569,6 @@ TEST_P(CatalogoEntidades, HojaYTipo)
     const double xyz[3] = {0, 0, 0};
     EXPECT_FALSE(e->setElementoLista(1, 0, n, xyz));
 }
-
-}  // namespace
-
-namespace
-{
 
 // A document holding every sample of the catalogue, as committed under tests/datos: a change
 // of any body's bytes, or of the file around them, shows here. CAD_REGENERA_DORADOS=1 writes

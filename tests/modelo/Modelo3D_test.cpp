@@ -3,6 +3,7 @@
 #include <cmath>
 #include <random>
 #include <set>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -91,10 +92,8 @@ TEST(Modelo3D, CarasCompartenAristasYGuardanSuCiclo)
     EXPECT_EQ(ciclo(m, 1), (std::vector<int32_t>{1, 2, 5, 4}));
     // The shared edge 1-4 was made by face 0 and taken by face 1 on its other side.
     const Arista& comun = m.aristas()[1];
-    EXPECT_EQ(comun.vertice[0], 1);
-    EXPECT_EQ(comun.vertice[1], 4);
-    EXPECT_EQ(comun.cara[0], 0);
-    EXPECT_EQ(comun.cara[1], 1);
+    EXPECT_EQ(std::tuple(comun.vertice[0], comun.vertice[1], comun.cara[0], comun.cara[1]),
+              std::tuple(1, 4, 0, 1));
     EXPECT_TRUE(comun.tieneDosCaras());
     EXPECT_EQ(m.aristas().aristasValidas(), 7);
     Modelo3D raros(m);
@@ -131,55 +130,45 @@ TEST(Modelo3D, CarasCompartenAristasYGuardanSuCiclo)
     EXPECT_EQ(m.getMaterialCara(1), 2);
 }
 
-TEST(Modelo3D, UnaTerceraCaraSoloEscribeAnteriorCara1)
+// A third face on an edge writes only anteriorCara1; a split star misses the other fan's edge.
+TEST(Modelo3D, RarezasDeLaBusquedaDeAristas)
 {
     Modelo3D m;
     for (const P& p : {P(0, 0, 0), P(1, 0, 0), P(0, 1, 0), P(0, -1, 0), P(0, 0, 1)})
     {
         m.nuevoVertice(p);
     }
-    const int32_t t0[3] = {0, 1, 2};
-    const int32_t t1[3] = {1, 0, 3};
-    const int32_t t2[3] = {0, 1, 4};
-    m.nuevaCara(3, t0, false, 0);
-    m.nuevaCara(3, t1, false, 0);
+    const int32_t t[5][3] = {{0, 1, 2}, {1, 0, 3}, {0, 1, 4}, {0, 3, 4}, {0, 2, 3}};
+    m.nuevaCara(3, t[0], false, 0);
+    m.nuevaCara(3, t[1], false, 0);
     EXPECT_TRUE(mallaSana(m));
     const Arista antes = m.aristas()[0];
-    EXPECT_EQ(m.nuevaCara(3, t2, false, 0), 2);
-    const Arista& despues = m.aristas()[0];
-    EXPECT_EQ(despues.siguienteCara0, antes.siguienteCara0);
-    EXPECT_EQ(despues.anteriorCara0, antes.anteriorCara0);
-    EXPECT_EQ(despues.siguienteCara1, antes.siguienteCara1);
-    EXPECT_EQ(despues.cara[0], 0);
-    EXPECT_EQ(despues.cara[1], 1);
-    EXPECT_EQ(despues.anteriorCara1, 2);  // the face's number, in an edge field
+    EXPECT_EQ(m.nuevaCara(3, t[2], false, 0), 2);
+    const Arista& d = m.aristas()[0];
+    EXPECT_EQ(std::tuple(d.siguienteCara0, d.anteriorCara0, d.siguienteCara1, d.cara[0], d.cara[1]),
+              std::tuple(antes.siguienteCara0, antes.anteriorCara0, antes.siguienteCara1, 0, 1));
+    EXPECT_EQ(d.anteriorCara1, 2);  // the face's number, in an edge field
     EXPECT_EQ(ciclo(m, 0), (std::vector<int32_t>{0, 1, 2}));
     EXPECT_FALSE(mallaSana(m));
-}
 
-TEST(Modelo3D, UnaEstrellaPartidaNoEncuentraLaAristaDelOtroAbanico)
-{
-    // Vertex 0's faces 0-1-2 and 0-3-4 share no edge; the face 0-2-3 looks for 0-2 from 0's
-    // latest edge, in the other fan, and makes a second 0-2.
-    Modelo3D m;
+    // A split star: vertex 0's faces 0-1-2 and 0-3-4 share no edge; the face 0-2-3 looks for
+    // 0-2 from 0's latest edge, in the other fan, and makes a second 0-2.
+    Modelo3D e;
     for (int i = 0; i < 5; ++i)
     {
-        m.nuevoVertice(P(std::cos(i * 1.2), std::sin(i * 1.2), 0));
+        e.nuevoVertice(P(std::cos(i * 1.2), std::sin(i * 1.2), 0));
     }
-    const int32_t caras[3][3] = {{0, 1, 2}, {0, 3, 4}, {0, 2, 3}};
-    for (const auto& c : caras)
+    for (const auto& c : {t[0], t[3], t[4]})
     {
-        m.nuevaCara(3, c, false, 0);
+        e.nuevaCara(3, c, false, 0);
     }
-    ASSERT_EQ(m.aristas().size(), 8);
-    EXPECT_EQ(m.aristas()[2].vertice[0], 2);
-    EXPECT_EQ(m.aristas()[2].vertice[1], 0);
-    EXPECT_EQ(m.aristas()[6].vertice[0], 0);
-    EXPECT_EQ(m.aristas()[6].vertice[1], 2);
-    EXPECT_TRUE(m.aristas()[2].esFrontera());
-    EXPECT_TRUE(m.aristas()[6].esFrontera());
-    EXPECT_EQ(m.aristas()[3].cara[1], 2);  // 0-3 was found: it is in the fan searched
-    EXPECT_TRUE(mallaSana(m));
+    const Aristas& a = e.aristas();
+    ASSERT_EQ(a.size(), 8);
+    EXPECT_EQ(std::tuple(a[2].vertice[0], a[2].vertice[1], a[6].vertice[0], a[6].vertice[1]),
+              std::tuple(2, 0, 0, 2));
+    EXPECT_TRUE(a[2].esFrontera() && a[6].esFrontera());
+    EXPECT_EQ(a[3].cara[1], 2);  // 0-3 was found: it is in the fan searched
+    EXPECT_TRUE(mallaSana(e));
 }
 
 TEST(Modelo3D, BusquedaRapidaIgualALaLlana)
@@ -271,13 +260,11 @@ TEST(Modelo3D, NormalesConSuCache)
     std::vector<Vector3D<float>> n;
     c.normalesVertices(n);
     ASSERT_EQ(n.size(), 9U);
-    const float k = static_cast<float>(1.0 / std::sqrt(3.0));
-    EXPECT_NEAR(n[7].x, -k, 1e-6);
-    EXPECT_NEAR(n[7].y, -k, 1e-6);
-    EXPECT_NEAR(n[0].z, k, 1e-6);
+    EXPECT_NEAR(n[7].x, -r, 1e-6);
+    EXPECT_NEAR(n[7].y, -r, 1e-6);
+    EXPECT_NEAR(n[0].z, r, 1e-6);
     EXPECT_EQ(n[8], Vector3D<float>(0, 0, 1));
-    EXPECT_TRUE(mallaSana(m));
-    EXPECT_TRUE(mallaSana(c));
+    EXPECT_TRUE(mallaSana(m) && mallaSana(c));
 }
 
 double areaTriangulos(const Modelo3D& m, const std::vector<int32_t>& t)
@@ -349,15 +336,13 @@ TEST(Modelo3D, ModeloVacioYCopias)
     EXPECT_EQ(m.centroide(), P(0.5, 0.5, 0.5));
     m.transformable = 0;
     const Modelo3D copia(m);
-    EXPECT_EQ(copia.modificado, 0);
-    EXPECT_EQ(copia.transformable, 1);
+    EXPECT_EQ(std::tuple(copia.modificado, copia.transformable, copia.aristas().size()),
+              std::tuple(0, 1, 12));
     EXPECT_EQ(copia.coloresCaras, m.coloresCaras);
-    EXPECT_EQ(copia.aristas().size(), 12);
     Modelo3D asignado;
     asignado = m;
     asignado = asignado;
-    EXPECT_EQ(asignado.vertices().size(), 8U);
-    EXPECT_EQ(asignado.modificado, 0);
+    EXPECT_EQ(std::tuple(asignado.vertices().size(), asignado.modificado), std::tuple(8U, 0));
     EXPECT_TRUE(mallaSana(asignado));
 }
 
@@ -466,9 +451,8 @@ TEST(Modelo3D, ElCuerpoEsLaCopiaCompactaYVuelveSinVecinos)
     Modelo3D leido;
     leido.nuevoVertice(P(9, 9, 9));  // whatever it held goes
     ASSERT_TRUE(leeCuerpo(b, leido));
-    EXPECT_EQ(leido.vertices().size(), 24U);
-    EXPECT_EQ(leido.aristas().size(), 24);
-    EXPECT_EQ(leido.caras().size(), 6U);
+    EXPECT_EQ(std::tuple(leido.vertices().size(), leido.aristas().size(), leido.caras().size()),
+              std::tuple(24U, 24, 6U));
     EXPECT_TRUE(mallaSana(leido));
     for (const Arista& a : leido.aristas())
     {
