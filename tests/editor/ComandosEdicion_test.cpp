@@ -88,6 +88,22 @@ TEST(ComandoBorrar, seleccionOPrompt_sistemaLocalActivoYDeshacerExacto)
     s.dibujo.selecciona(sinNombre);
     EXPECT_EQ(s.editor->comandoBorrar(), 1);
     EXPECT_TRUE(s.editor->haySistemaLocal);
+
+    // A picked entity whose insertion the host undoes inside the wait is not deleted: no step
+    // may name it, and redo brings it back unmarked.
+    s.dibujo.deselecciona();
+    Linea* tarde = linea(s, {100, 500, 0}, {200, 500, 0});
+    s.pinta();
+    const size_t antes = s.editor->comandosDeshacer.size();
+    {
+        GuionSesion g(*s.editor, s.pantalla);
+        g.clicEn({150, 500, 0}).ejecuta([&] { s.editor->deshacer(); }).intro();
+        EXPECT_EQ(s.editor->comandoBorrar(), 0);
+    }
+    EXPECT_EQ(s.editor->comandosDeshacer.size(), antes - 1);
+    s.editor->rehacer();
+    ASSERT_TRUE(s.dibujo.contieneEntidad(tarde));
+    EXPECT_FALSE(resaltada(tarde));
 }
 
 // comandoMover: prompts in order, repeats until refused, moves by destination minus base with

@@ -237,6 +237,19 @@ TEST(ComandoExtrusion, caraSiempreHaciaFueraYAristaHastaElPunto)
     EXPECT_EQ(vivas(*q->modelo), 2);
     EXPECT_EQ(q->modelo->vertices().back().punto.x, 50.0);
     EXPECT_TRUE(mallaSana(*q->modelo));
+
+    // A dragged vertex is a mesh edit like the others: one undo step.
+    SesionEditor u;
+    Objeto3D* r = tira(u, 1);
+    const auto antes = imagenDe(*r->modelo);
+    {
+        GuionSesion g(*u.editor, u.pantalla);
+        g.clicEn({100, 150, 0}).clicEn({100, 100, 0}).escribe("100,100,40");
+        EXPECT_TRUE(u.editor->comandoExtrusion(false));
+    }
+    EXPECT_EQ(r->modelo->getVertice(0).punto, P(100, 100, 40));
+    u.editor->deshacer();
+    EXPECT_EQ(imagenDe(*r->modelo), antes);
 }
 
 // A polyline swept by base-to-destination becomes one undoable Objeto3D on the current

@@ -81,6 +81,7 @@ int EditorDibujo::comandoBorrar()
     {
         (void)seleccionaEntidades(texto(11, 2, "Seleccione entidades:"), seleccion);
     }
+    std::erase_if(seleccion.entidades, [this](Entidad* e) { return !dibujo_->contieneEntidad(e); });
     // The picking wait highlights what it takes, too: an entity brought back by undo must
     // come back as it was before the pick, not marked.
     for (Entidad* e : seleccion.entidades)
@@ -264,7 +265,13 @@ bool EditorDibujo::comandoEditar(Entidad* entidad, int indice, bool repite, bool
         if (arrastrar)
         {
             arrastrar = false;
-            if (!editaPunto(elemento))
+            const bool movido = editaPunto(elemento);
+            if (!dibujo_->contieneEntidad(e))
+            {
+                // Taken away from inside the drag's wait: nothing left to edit or to unmark.
+                return false;
+            }
+            if (!movido)
             {
                 resultado = repite;
                 break;
@@ -399,8 +406,12 @@ bool EditorDibujo::comandoBorrarVertsPol(Polilinea* polilinea)
         actualiza(kControl, false);
         actualiza(kPropiedades, true);
     }
-    resalta(polilinea, false);
-    anuncia(*this, polilinea, kTerminaEdicion);
+    // The refused wait may follow an undo that took the polyline away.
+    if (dibujo_->contieneEntidad(polilinea))
+    {
+        resalta(polilinea, false);
+        anuncia(*this, polilinea, kTerminaEdicion);
+    }
     finComandoInteractivo();
     return borrado;
 }

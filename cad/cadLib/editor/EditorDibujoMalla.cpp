@@ -51,6 +51,11 @@ bool esperaElemento(EditorDibujo& editor, Objeto3D& o, const char* prompt,
 {
     for (;;)
     {
+        // A wait before this one may have let the host take the object away.
+        if (!editor.dibujo_->contieneEntidad(&o) || o.modelo == nullptr)
+        {
+            return false;
+        }
         puntos = PuntosCalientes();
         o.puntosCalientes(puntos);
         if (editor.pantalla_ != nullptr)
@@ -285,9 +290,11 @@ bool EditorDibujo::comandoRellenaHueco()
         *this,
         [this](Objeto3D& o, bool& hecho)
         {
-            Aristas& aristas = o.modelo->aristas();
-            const auto frontera = [&aristas](const elemento_seleccionado_t& e)
+            // The edges are read after the wait: an undo run from inside it may have given
+            // the object another mesh.
+            const auto frontera = [&o](const elemento_seleccionado_t& e)
             {
+                const Aristas& aristas = o.modelo->aristas();
                 return deTipo(e, kTipoArista) && aristas.enRango(e.indice) &&
                        aristas[e.indice].esValida() && aristas[e.indice].esFrontera();
             };
@@ -298,6 +305,7 @@ bool EditorDibujo::comandoRellenaHueco()
             {
                 return false;
             }
+            const Aristas& aristas = o.modelo->aristas();
             // The walk around the hole. Its points make no face: the mesh is left as it was.
             // No edit fills a wing on an empty side, so the walk usually stops at once on -1;
             // the step limit guards a cycle that never comes back to the start.
@@ -350,7 +358,8 @@ bool EditorDibujo::comandoExtrusion(bool cierra)
             }
             if (elemento.tipo == kTipoVertice)
             {
-                hecho = editaPunto(elemento);
+                // A dragged vertex is a mesh edit too, undone with the others.
+                hecho = editaModelo(o, [&](Modelo3D&) { return editaPunto(elemento); });
                 return hecho;
             }
             const char* prompt = texto(11, 5, "Seleccione nueva coordenada");
@@ -475,6 +484,7 @@ bool EditorDibujo::editaModelo(Objeto3D& objeto, const std::function<bool(Modelo
         std::lock_guard<std::recursive_mutex> guardia(dibujo_->lock);
         delete std::exchange(objeto.modelo, antes.release());
     };
+    Modelo3D* const editado = objeto.modelo;
     bool hecha = false;
     try
     {
@@ -484,6 +494,12 @@ bool EditorDibujo::editaModelo(Objeto3D& objeto, const std::function<bool(Modelo
     {
         devuelve();
         throw;
+    }
+    // An edit that waits (a vertex drag) may see the host undo or delete meanwhile: the object
+    // may be gone or hold another model, and neither the copy nor a step can stand for it.
+    if (!dibujo_->contieneEntidad(&objeto) || objeto.modelo != editado)
+    {
+        return hecha;
     }
     if (!hecha)
     {

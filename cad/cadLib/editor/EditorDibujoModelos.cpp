@@ -75,6 +75,12 @@ int EditorDibujo::comandoIsolineas()
     while (fuente != nullptr &&
            entradaDoble(texto(16, 1, "Incremento de cota de las isolineas"), false, &intervalo))
     {
+        if (!dibujo_->contieneEntidad(fuente))
+        {
+            // Taken away from inside the wait.
+            fuente = nullptr;
+            break;
+        }
         // A step of 0 or less would never end the sweep; a step so small that the sweep holds
         // millions of levels would only fill the memory.
         const Rect3<double> caja = fuente->extension();
@@ -86,7 +92,8 @@ int EditorDibujo::comandoIsolineas()
         }
         if (std::isfinite(intervalo) && intervalo > 0)
         {
-            mensaje(texto(16, 3, "Demasiados niveles: el incremento debe ser al menos %g"),
+            // The catalogue's text is no format: the figure goes after it.
+            mensaje("%s %g", texto(16, 3, "Demasiados niveles: el incremento debe ser al menos"),
                     diagonal / kMaxNiveles);
         }
         else

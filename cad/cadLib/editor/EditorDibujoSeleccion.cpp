@@ -190,6 +190,9 @@ bool EditorDibujo::seleccionaEntidades(const char* prompt, SeleccionEntidades& s
             limpiaEntrada();
         }
     }
+    // An undo run from inside the wait may have taken a picked entity away (and a later step
+    // freed it): only those still in the drawing are answered.
+    std::erase_if(seleccion.entidades, [this](Entidad* e) { return !dibujo_->contieneEntidad(e); });
     for (Entidad* e : seleccion.entidades)
     {
         e->setResaltada(false);

@@ -239,6 +239,8 @@ bool EditorDibujo::comandoBorrarRangoVertsPol(Polilinea* polilinea)
         }
         marca(*this, polilinea, extremos[0]);
     }
+    // A refused wait may follow an undo that took the polyline away.
+    presente = presente && dibujo_->contieneEntidad(polilinea);
     marca(*this, polilinea, -1);
     if (!presente)
     {
