@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -231,6 +232,12 @@ TEST(Isolineas, PolicaraEnUnaMallaConVerticesCompartidos)
     Modelo3D m;
     s.aModelo(m);
     EXPECT_TRUE(mallaSana(m));
+    // Into a model that already has a vertex: the same mesh, one place further on.
+    Modelo3D conUno;
+    conUno.nuevoVertice(P(9, 9, 9));
+    s.aModelo(conUno);
+    EXPECT_TRUE(mallaSana(conUno));
+    EXPECT_EQ(conUno.caras().size(), 4U);
     // Three faces on the five points; the fourth would walk 3-2 the way the third does and
     // takes three vertices of its own; the last repeats a point and is left out.
     EXPECT_EQ(m.vertices().size(), 8U);
@@ -293,6 +300,19 @@ TEST(UnionModelos, AgregaDesplazaYUneConSusRarezas)
     // kept as the union always behaved, so the checker objects to the appended part.
     EXPECT_EQ(u.getVertice(nv + 1).arista, b.getVertice(1).arista);
     EXPECT_FALSE(defectosMalla(u).empty());
+    // Turning the union's faces leaves the first model's part as turning that model alone
+    // does: the revived face reaches an edge of the first part and must not bend it.
+    Modelo3D sola(a);
+    sola.invierteNormales();
+    u.invierteNormales();
+    EXPECT_TRUE(std::equal(sola.aristas().begin(), sola.aristas().end(), u.aristas().begin(),
+                           [](const Arista& x, const Arista& y)
+                           { return std::memcmp(&x, &y, sizeof x) == 0; }));
+    // With an empty model there is no centroid to measure from: nothing moves, nothing NaN.
+    Modelo3D vacio;
+    Modelo3D conVacio;
+    uneExtension(vacio, b, conVacio);
+    EXPECT_EQ(conVacio.getVertice(0).punto, b.getVertice(0).punto);
     EXPECT_EQ(u.caras()[static_cast<size_t>(nc)].arista, na - 1);
 
     // Two closed skins move nothing: the union merely holds both.
@@ -329,6 +349,13 @@ TEST(HuecoPolilinea, UnaCaraEnOjoDeCerraduraQueGiraAlReves)
     // Anticlockwise like the face, above it: projected, turned, bridged from corner 0.
     const std::vector<P> h = {P(2, 2, 3), P(4, 2, 3), P(4, 4, 3), P(2, 4, 3)};
     EXPECT_FALSE(huecoPolilinea(m, 0, h, false));
+    // A face whose first three corners lie in a line has no normal to project on: refused.
+    Modelo3D recta;
+    const P enLinea[] = {P(0, 0, 0), P(5, 0, 0), P(10, 0, 0), P(10, 10, 0), P(0, 10, 0)};
+    recta.nuevaCara(5, enLinea, nullptr, false, 0);
+    const auto antes = prueba::imagenDe(recta);
+    EXPECT_FALSE(huecoPolilinea(recta, 0, h, true));
+    EXPECT_EQ(prueba::imagenDe(recta), antes);
     EXPECT_EQ(m.caras()[0].arista != -1, true);
     ASSERT_TRUE(huecoPolilinea(m, 0, h, true));
     EXPECT_EQ(m.caras()[0].arista, -1);

@@ -380,15 +380,16 @@ void Policara::aModelo(Modelo3D& m) const
                 m.nuevaCara(lados, p, uv, false, material);
                 return;
             }
+            int32_t enModelo[4];
             for (int k = 0; k < lados; ++k)
             {
                 uso_t& u = usos[clave(v[k], v[(k + 1) % lados])];
                 u.desde = u.caras == 0 ? v[k] : u.desde;
                 ++u.caras;
-                m.setCoordenadasUV(base + v[k], uv[k]);
-                v[k] += base;
+                enModelo[k] = base + v[k];
+                m.setCoordenadasUV(enModelo[k], uv[k]);
             }
-            m.nuevaCara(lados, v, false, material);
+            m.nuevaCara(lados, enModelo, false, material);
         });
 }
 

@@ -54,6 +54,14 @@ void reservaUna(std::vector<Arista>& lista)
     }
 }
 
+// Both ends name vertex records: an edge filled in code may hold any index, and -2 passes
+// esValida.
+bool extremosEnRango(const Arista& a, size_t nv)
+{
+    return a.vertice[0] >= 0 && static_cast<size_t>(a.vertice[0]) < nv && a.vertice[1] >= 0 &&
+           static_cast<size_t>(a.vertice[1]) < nv;
+}
+
 }  // namespace
 
 // -------------------------------------------------------------------------------------------
@@ -349,7 +357,7 @@ int32_t Modelo3D::insertaVertice(const Punto3<double>& punto, int32_t arista)
 
 void Modelo3D::parteArista(int32_t arista, int n)
 {
-    if (n < 2 || !aristas_.enRango(arista) || !aristas_[arista].esValida())
+    if (n < 2 || !aristas_.enRango(arista) || !extremosEnRango(aristas_[arista], vertices_.size()))
     {
         return;
     }
@@ -459,11 +467,10 @@ int32_t Modelo3D::buscaVertice(const Punto3<double>& punto) const
 
 int32_t Modelo3D::buscaArista(const Punto3<double>& punto) const
 {
-    const auto nv = static_cast<int32_t>(vertices_.size());
     for (int32_t e = 0; e < aristas_.size(); ++e)
     {
         const Arista& a = aristas_[e];
-        if (!a.esValida() || a.vertice[0] >= nv || a.vertice[1] >= nv)
+        if (!extremosEnRango(a, vertices_.size()))
         {
             continue;
         }
@@ -523,7 +530,7 @@ void Modelo3D::invierteCara(int32_t cara)
         {
             std::swap(a.siguienteCara0, a.anteriorCara0);
         }
-        else
+        else if (a.cara[1] == cara)
         {
             // Not the side-1 pair: this exchange is the long-standing behaviour on side 1.
             std::swap(a.anteriorCara0, a.siguienteCara1);
@@ -552,13 +559,12 @@ void Modelo3D::extruyeArista(int32_t arista, const Vector3D<double>& vector)
     {
         return;
     }
-    const int32_t a = aristas_[arista].vertice[0];
-    const int32_t b = aristas_[arista].vertice[1];
-    const auto nv = static_cast<int32_t>(vertices_.size());
-    if (a >= nv || b >= nv)
+    if (!extremosEnRango(aristas_[arista], vertices_.size()))
     {
         return;
     }
+    const int32_t a = aristas_[arista].vertice[0];
+    const int32_t b = aristas_[arista].vertice[1];
     iniciaEdicion();
     const int32_t a2 = nuevoVertice(vertices_[static_cast<size_t>(a)].punto + vector);
     const int32_t b2 = nuevoVertice(vertices_[static_cast<size_t>(b)].punto + vector);
@@ -573,9 +579,8 @@ void Modelo3D::extruyeAristaHasta(int32_t arista, const Punto3<double>& punto)
     {
         return;
     }
-    const auto nv = static_cast<int32_t>(vertices_.size());
     const Arista& e = aristas_[arista];
-    if (e.vertice[0] >= nv || e.vertice[1] >= nv)
+    if (!extremosEnRango(e, vertices_.size()))
     {
         return;
     }

@@ -390,7 +390,8 @@ public:
     void parteCara(int32_t cara, bool cerrada);
     // Reverses the wings of one face: next and previous swap on side 0; on side 1 the swap is
     // anteriorCara0 with siguienteCara1, which bends a neighbour's cycle where one shares the
-    // edge. Cached normals are kept.
+    // edge. An edge the walk reaches that names the face on neither side (a face revived by
+    // agrega) is left alone: it is some other face's edge. Cached normals are kept.
     // Rewrites links only: no pointer is invalidated, but the face's cached normal now faces
     // the wrong way until recalculaNormales.
     void invierteCara(int32_t cara);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <deque>
 #include <limits>
@@ -75,7 +76,9 @@ void desplazaFrontera(Modelo3D& modelo, double distancia)
 
 void uneExtension(const Modelo3D& a, const Modelo3D& b, Modelo3D& salida)
 {
-    const double d = a.centroide().distancia(b.centroide());
+    // An empty model has no centroid: the other one's vertices must not turn into NaN.
+    double d = a.centroide().distancia(b.centroide());
+    d = std::isfinite(d) ? d : 0;
     Modelo3D copiaA(a);
     Modelo3D copiaB(b);
     desplazaFrontera(copiaA, d);
@@ -122,6 +125,12 @@ bool huecoPolilinea(Modelo3D& modelo, int32_t cara, const std::vector<Punto3<dou
     }
     const Vector3D<float> nf = modelo.normalCara(cara);
     const Vector3D<double> n(nf.x, nf.y, nf.z);
+    // A face whose first corners lie in a line has no normal: every point would project to
+    // the origin, so the face is left as it is.
+    if (!(n.modulo() > 0))
+    {
+        return false;
+    }
     const Plano3D<double> plano(esquinas[0], n);
     std::vector<Punto3<double>> h;
     h.reserve(puntos.size());
@@ -359,6 +368,12 @@ std::vector<double> cotasIsolineas(const Modelo3D& modelo, const Vector3D<double
     const Rect3<double> caja = modelo.caja();
     const Punto3<double> c = caja.centro();
     const double r = c.distancia(caja.maximo);
+    // A sweep that would hold more levels than memory does (a tiny step, a box reaching to
+    // the largest doubles) cuts nothing.
+    if (!(2 * r / intervalo <= kMaximoCotas))
+    {
+        return cotas;
+    }
     const Punto3<double> p0 = c - direccion * r;
     for (size_t i = 0;; ++i)
     {

@@ -28,7 +28,7 @@ void uneExtension(const Modelo3D& a, const Modelo3D& b, Modelo3D& salida);
 // against the face, and back over the bridge. The new face takes material 0 and `viva` 1.
 // False, and nothing changed, when the polyline is not closed; also (beyond that, so that a
 // bad pick cannot damage the mesh) for a dead face, a face with fewer than three corners or
-// a polyline of fewer than three points.
+// no normal (its first three in a line), or a polyline of fewer than three points.
 //
 //      before                 after
 //   C0 ---------- C3       C0 ---------- C3
@@ -48,7 +48,11 @@ bool huecoPolilinea(Modelo3D& modelo, int32_t cara, const std::vector<Punto3<dou
 void cortaPlano(const Modelo3D& modelo, const Plano3D<double>& plano,
                 std::vector<Punto3<double>>& puntos);
 
-// The heights along `direccion` of the levels isolineas cuts, level 0 first.
+// More levels than any survey draws; a sweep that would need more cuts nothing.
+inline constexpr double kMaximoCotas = 10000000;
+
+// The heights along `direccion` of the levels isolineas cuts, level 0 first; none when the
+// sweep would need more than kMaximoCotas.
 std::vector<double> cotasIsolineas(const Modelo3D& modelo, const Vector3D<double>& direccion,
                                    double intervalo);
 
