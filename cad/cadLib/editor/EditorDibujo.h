@@ -381,10 +381,6 @@ public:
     // the entity under it. Not undoable: the moves go to the edit reactor, and the whole edit
     // is bracketed by kIniciaEdicion / kTerminaEdicion when `anunciaReactores`.
     bool comandoEditar(Entidad* entidad, int indice, bool repite, bool anunciaReactores);
-    // Deletes the polyline's vertices one click at a time until refused; a null polyline is
-    // picked first. Each vertex is offered to the edit reactor (kBorrar), whose false keeps
-    // it. Not undoable. True when at least one vertex went.
-    bool comandoBorrarVertsPol(Polilinea* polilinea);
     // Gives the selected and highlighted entities (or one picked when none is) the material of
     // that name, or the current material when `nombre` is null. Materials are named by their
     // texture's file name, else their id in decimal; an unknown name changes nothing. Not
@@ -397,6 +393,9 @@ public:
     // announce their moves as comandoEditar's do. A null polyline is picked first ("Seleccione
     // una polilinea:"). Every command stops at the first refusal and keeps what was done.
     //
+    // Deletes the polyline's vertices one click at a time until refused. True when at least
+    // one vertex went.
+    bool comandoBorrarVertsPol(Polilinea* polilinea);
     // Two vertex picks give a range; its vertices are deleted inside one kIniciaBloque /
     // kTerminaBloque, offered from the highest index down so each announced index is still
     // valid when the host applies it. True when at least one vertex went.

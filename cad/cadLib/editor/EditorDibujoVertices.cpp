@@ -207,6 +207,41 @@ bool borraEnBloque(Ed& ed, Polilinea* p, const std::vector<int>& indices)
 // -------------------------------------------------------------------------------------------
 // Deletions of many vertices
 
+bool EditorDibujo::comandoBorrarVertsPol(Polilinea* polilinea)
+{
+    if (polilinea == nullptr)
+    {
+        return conPolilinea(*this, [this](Polilinea* p) { return comandoBorrarVertsPol(p); });
+    }
+    iniciaComandoInteractivo(false);
+    (void)anuncia(*this, polilinea, kIniciaEdicion);
+    resalta(polilinea, true);
+    bool borrado = false;
+    cursor_t cursor;
+    while (getPunto(texto(13, 1, "Seleccione el vértice a eliminar:"), cursor, true))
+    {
+        if (!dibujo_->contieneEntidad(polilinea))
+        {
+            // Deleted from inside the wait: there is nothing left to announce or unmark.
+            finComandoInteractivo();
+            return borrado;
+        }
+        if (borraVertice(*this, polilinea, verticeBajo(*this, polilinea, cursor)))
+        {
+            borrado = true;
+            refresca(*this);
+        }
+    }
+    // The refused wait may follow an undo that took the polyline away.
+    if (dibujo_->contieneEntidad(polilinea))
+    {
+        resalta(polilinea, false);
+        (void)anuncia(*this, polilinea, kTerminaEdicion);
+    }
+    finComandoInteractivo();
+    return borrado;
+}
+
 bool EditorDibujo::comandoBorrarRangoVertsPol(Polilinea* polilinea)
 {
     if (polilinea == nullptr)
