@@ -510,6 +510,68 @@ public:
     // ("Selecciona el plano destino"), when both have at least three coordinates.
     bool comandoExtiendePlanos();
 
+    // --- measuring (EditorDibujoMedidas.cpp) ------------------------------------------------
+    // A measurement stays on the drawing: the measured sides become a Polilinea and each value
+    // a Texto beside it (style "Estandar", font "Arial", 3 decimals), each an undoable
+    // insertion; the values also go to the text callback.
+    //
+    // Two points: a closed polyline through both and the elbow below the higher one, and the
+    // 3D distance, the plan distance and the height difference as texts. The 3D distance; 0
+    // when a wait was refused (nothing is inserted then).
+    double comandoDistancia();
+    // The same two waits with the rubber band, nothing inserted: the points and distances go
+    // to the pointers given (any may be null); with `inserta` the result is printed.
+    bool comandoDistancia(Punto3<double>* a, Punto3<double>* b, double* d3, double* d2,
+                          bool inserta);
+    // As the form above, in a scope opened with `transparente`; the selection it found is
+    // unhighlighted at the end.
+    bool comandoDistanciaConSnap(Punto3<double>* a, Punto3<double>* b, double* d3, double* d2,
+                                 bool transparente);
+    // One open polyline drawn: each side's length as a text; the total.
+    double comandoDistanciaPolilinea();
+    // One closed polyline drawn: each side's length, and the sum of x[i] y[i+1] - y[i] x[i+1]
+    // at the vertices' centroid. That figure is twice the plan area, signed by the turning
+    // (clockwise is negative), and is what the command reports and returns.
+    double comandoArea();
+    // One closed polyline of three vertices: its angles in gons, one text at each vertex.
+    void comandoAngulo();
+    // A text at the centre of an entity of the drawing, 10 below the top of its box; a null
+    // text or an entity not in the drawing does nothing.
+    void textoEnEntidad(Entidad* entidad, double altura, const std::string* texto);
+
+    // --- view, reference plane and local system (EditorDibujoVistas.cpp) --------------------
+    // Pan and rotation: a transparent scope in the display's interaction mode (1 pan, 0 free
+    // rotation) while the pump spins, until the command ends or is cancelled. Always true.
+    bool comandoEncuadre();
+    bool comandoRotacion();
+    // Two raw clicks ("Seleccione coordenada inicial de la ventana:", "Seleccione coordenada
+    // final de la ventana:", or the prompts given): the display zooms to that pixel rectangle
+    // and the view is kept in the document's current view. False when refused.
+    bool comandoZoomVentana();
+    bool comandoZoomVentana(const std::string& mensaje1, const std::string& mensaje2);
+    void zoomEscala(double escala);
+    void zoomVentana(int x, int y, int ancho, int alto);
+    void zoomVentana(double x0, double x1, double y0, double y1, double z0, double z1);
+    // The whole drawing, or one entity's box, fills the view. True.
+    bool zoomExtension();
+    bool zoomExtension(Entidad* entidad);
+    // "Planta" (a plan plane at a typed height), "Vista" (facing the viewer through a point),
+    // or an entity: a plane, a line and a third point, a polyline or polygon's fitted plane,
+    // a face of a model. True when the reference plane changed.
+    bool comandoPlanoReferencia();
+    // The plane facing the viewer through the view axis at the centre of the drawing's box
+    // (or through the plane's present origin).
+    void setPlanoReferenciaVista();
+    // A point, snapped with every mode, becomes the display's rotation centre.
+    bool comandoCentroRotacion();
+    // Origin and two axes by clicks (or a plane, an origin and the X axis); a name also puts
+    // a SistemaLocal entity in the drawing. Activates the system; false when refused.
+    bool comandoSistemaLocal(const std::string* nombre);
+    // The display's camera at a picked camera shot or 360 photo.
+    bool comandoPosicionCamara();
+    // Three planes: a Punto at their common point (none for parallel planes).
+    bool comandoInterseccionPlanos();
+
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,
     // EditorDibujoPortapapeles.cpp) ---------------------------------------------------------
     // One clipboard for the process, so that entities travel between drawings. copiar takes

@@ -1,0 +1,1 @@
+// Placeholder: the facade operation list is being written.

@@ -1,0 +1,1 @@
+// Placeholder: tests of the facade operations added last are being written.

@@ -1,0 +1,1 @@
+// Placeholder: the measure commands' tests are being written.
