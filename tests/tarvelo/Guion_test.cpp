@@ -26,8 +26,11 @@
 #include "entidades/Plano.h"
 #include "entidades/Polilinea.h"
 #include "entidades/Prisma.h"
+#include "entidades/SistemaLocal.h"
+#include "entidades/Texto.h"
 #include "modelo/Modelo3D.h"
 #include "soporte/FicheroTemporal.h"
+#include "soporte/ObjetoEnMemoria.h"
 
 namespace
 {
@@ -63,6 +66,16 @@ fs::path juega(const std::string& nombre)
     const fs::path carpeta = cad::prueba::rutaTemporal("guion-" + nombre);
     fs::create_directories(carpeta);
     const fs::path pruebas = CAD_TARVELO_PRUEBAS;
+    // The files a script reads (NOMBRE_*.dxf, .obj, .mtl) go into its working folder.
+    for (const auto& f : fs::directory_iterator(pruebas))
+    {
+        const std::string n = f.path().filename().string();
+        if (n.rfind(nombre + "_", 0) == 0 && f.path().extension() != ".txt" &&
+            f.path().extension() != ".esperado")
+        {
+            fs::copy_file(f.path(), carpeta / n, fs::copy_options::overwrite_existing);
+        }
+    }
     std::ifstream guion(pruebas / (nombre + ".txt"));
     EXPECT_TRUE(guion.good()) << nombre << ".txt";
     std::ostringstream salida;
@@ -530,6 +543,104 @@ TEST(GuionEdicion, argumentosRechazados)
               "partearista: las partes son un entero de 2 a 1000\n"
               "> asignamaterial madera\n"
               "asignamaterial: el dibujo no tiene el material madera (materiales los lista)\n");
+}
+
+// The measure orders: prompts, the figures printed, and the sides and texts left on the
+// drawing, listed with their strings; four undos take a distance's four entities.
+TEST(GuionMedidas, distanciasAreaYAngulos)
+{
+    juega("medidas");
+}
+
+// The view orders report where the view looks; the reference plane by plan, line and a
+// refused point; three planes' common point; a local system typed; the view from a shot.
+TEST(GuionVistas, zoomsPlanosSistemaLocalYCamara)
+{
+    juega("vistas");
+}
+
+// A surveyor's day: a DXF plan and a georeferenced OBJ model imported, a local system at the
+// site, control points, the ground plane fitted to them, measures, contours of the model;
+// saved, read back and saved again to the same bytes, and exported to DXF for the office (the
+// audit reads that file after this test).
+TEST(GuionLevantamiento, planoModeloMedidasEIsolineasHastaElDXF)
+{
+    const fs::path p = juega("levantamiento");
+    // Read back and saved again, the drawing is the same, block for block: entities, layers,
+    // materials, text styles. The variables are not: each load puts the defaults of the
+    // state variables ahead of the file's copies, and the next save writes both.
+    {
+        const Leido guardado(p / "levantamiento.cad");
+        const Leido recargado(p / "recargado.cad");
+        const auto bloques = [](const cad::Dibujo& d)
+        {
+            std::vector<std::vector<uint8_t>> b;
+            const auto agrega = [&b](const auto& lista)
+            {
+                for (auto* objeto : lista)
+                {
+                    b.push_back(cad::prueba::bytesDe(*objeto));
+                }
+            };
+            agrega(d.entidades);
+            agrega(d.capas);
+            agrega(d.materiales);
+            agrega(d.estilosTexto);
+            return b;
+        };
+        const auto a = bloques(*guardado.fachada.mDibujo);
+        EXPECT_EQ(a.size(), 26U + 5U + 2U + 2U);
+        EXPECT_TRUE(a == bloques(*recargado.fachada.mDibujo));
+    }
+    ASSERT_TRUE(fs::exists(p / "levantamiento.dxf"));
+    fs::copy_file(p / "levantamiento.dxf", cad::prueba::rutaDXF("levantamiento_sesion.dxf"),
+                  fs::copy_options::overwrite_existing);
+
+    const Leido d(p / "levantamiento.cad");
+    const auto sistemas = d.de<cad::SistemaLocal>("Sl1");
+    ASSERT_EQ(sistemas.size(), 1U);
+    EXPECT_EQ(sistemas[0]->nombre, "obra");
+    EXPECT_EQ(sistemas[0]->origen, Punto3<double>(450000, 4200000, 0));
+    // Typed local coordinates land on the control points exactly.
+    const puntos_t control = {{450010, 4200010, 100.412},
+                              {450090, 4200010, 100.415},
+                              {450090, 4200090, 100.419},
+                              {450010, 4200090, 100.409}};
+    const auto planos = d.de<cad::Plano>("Pn1");
+    ASSERT_EQ(planos.size(), 1U);
+    EXPECT_TRUE(mismosPuntos(puntos(planos[0]), control, false));
+    EXPECT_EQ(d.de<cad::Entidad>("PC1").size(), 4U);
+    EXPECT_EQ(d.de<cad::Entidad>(cad::kFirmaEntidadPolicara).size(), 1U);  // the terrain
+    // The distance B1-B3 and its labels; the area of the square between the control points
+    // is reported doubled, as the measure does.
+    std::vector<std::string> rotulos;
+    for (const cad::Texto* t : d.de<cad::Texto>("Tx1"))
+    {
+        rotulos.push_back(t->texto);
+    }
+    EXPECT_EQ(rotulos, std::vector<std::string>({"113.137", "113.137", "0.007", "80.000", "80.000",
+                                                 "80.000", "80.000", "12800.000"}));
+    // Every contour of the hill closes at one height, an even number of metres.
+    size_t curvas = 0;
+    double primera = 0.0;
+    for (const cad::Polilinea* l : d.de<cad::Polilinea>("Pg1"))
+    {
+        const auto& v = l->vertices;
+        if (v.empty() || v.front().z == 0.0 || v.front().z != v.back().z || v.size() < 8)
+        {
+            continue;
+        }
+        // The levels run every 2 m from the lowest vertex of the model.
+        if (curvas++ == 0)
+        {
+            primera = v.front().z;
+        }
+        const double pasos = (v.front().z - primera) / 2.0;
+        EXPECT_NEAR(pasos, std::round(pasos), 1e-9);
+        EXPECT_TRUE(std::all_of(v.begin(), v.end(),
+                                [&](const Punto3<double>& q) { return q.z == v.front().z; }));
+    }
+    EXPECT_GE(curvas, 3U);
 }
 
 }  // namespace

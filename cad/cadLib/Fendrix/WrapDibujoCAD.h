@@ -291,6 +291,16 @@ public:
     bool getDireccionCamara(double& x, double& y, double& z);
     void zoomExtension(double factor);
     void zoomExtension(double factorAncho, double factorAlto);
+    // The editor's zooms. The whole drawing, or the box of the entity `handle`, fills the
+    // view and the host's update delegate hears kControl; false, with nothing moved or told,
+    // with no editor or for a handle that names no entity of the drawing.
+    bool comandoZoomExtension();
+    bool comandoZoomExtension(int64_t handle);
+    void zoomEscala(double escala);
+    // A pixel rectangle: its corner, width and height.
+    void zoomVentana(int32_t x, int32_t y, int32_t ancho, int32_t alto);
+    // A drawing box: minimum and maximum of x, then of y, then of z.
+    void zoomVentana(double x0, double x1, double y0, double y1, double z0, double z1);
 
     // Every operation below that stores a string of the host refuses one longer than the
     // document file can hold (cad::kLongitudMaximaCadena): its failure result, nothing
@@ -322,6 +332,13 @@ public:
     bool colorCapa(const std::string& nombre, int32_t r, int32_t g, int32_t b);
     bool grosorCapa(const std::string& nombre, double grosor);
     bool renombraCapa(const std::string& viejo, const std::string& nuevo);
+    // Copies every polyline (polygons aside) of layer `origen` into layer `destino`, each copy
+    // an insertion of its own (undoable, offered to the insertion reactor); the copies come
+    // unselected. The number copied; 0 when either layer is missing.
+    int32_t copiarPolilineasCapa(const std::string& origen, const std::string& destino);
+    // Shows or hides the text of every text, control point and camera shot on the layer (a
+    // Texto, being only its text, hides whole). False for an unknown layer.
+    bool visibilidadTextosCapa(const std::string& nombre, bool visibles);
     // The layer of an entity.
     bool getNombreCapa(int64_t handle, std::string& nombre);
 
@@ -446,6 +463,16 @@ public:
     std::string nombreSistemaLocal(int32_t indice);
     bool existeSistemaLocal(const std::string& nombre);
     bool borraSistemaLocal(const std::string& nombre);
+    // The editor's working frame: the drawing's system of that name (a copy: later edits of
+    // the entity don't reach it). False, nothing changed, when the drawing has none so named.
+    bool activaSistemaLocal(const std::string& nombre);
+    // The working frame's name, origin and axes, three doubles each. False when none is
+    // active: the identity frame is given then.
+    bool sistemaLocalActual(std::string& nombre, std::vector<double>& origen,
+                            std::vector<double>& ejeX, std::vector<double>& ejeY,
+                            std::vector<double>& ejeZ);
+    // Back to drawing coordinates.
+    void quitaSistemaLocal();
 
     // --- selection and queries ------------------------------------------------------------
     // Handles of all entities, in list order; the count is the result.
@@ -455,6 +482,42 @@ public:
     void deselecciona();
     bool deselecciona(int64_t handle);
     bool borraEntidad(int64_t handle);
+    // Asks the user to pick an entity; `handle` takes the first one under the click, 0 when
+    // the wait was refused (false then).
+    bool seleccionaEntidad(const std::string& mensaje, int64_t& handle);
+    // The same, refusing without asking again an entity whose file tag or type name is not
+    // `tipoEntidad` ("Pn1", "Polilinea"): false and handle 0 then.
+    bool seleccionaEntidad(const std::string& mensaje, const std::string& tipoEntidad,
+                           int64_t& handle);
+    // Adds to the selection every closed polyline: flagged closed, or with at least three
+    // vertices and its last on its first. Their handles in list order; the count is the result.
+    int32_t seleccionaPolilineasCerradas(std::vector<int64_t>& handles);
+    // A text at the centre of the entity's box, 10 below its top, in the measure style (an
+    // undoable insertion); the new text's handle, 0 when none was made (unknown handle, a
+    // height that is not positive, a vetoed insertion).
+    int64_t textoEnEntidad(int64_t handle, double altura, const std::string& texto);
+    // The vertex of the entity whose point lies nearest the ray under the display's cursor, as
+    // the vertex editors choose it; -1 with no display, no cursor, no vertex or an unknown
+    // handle.
+    int32_t indiceMasCercanoCursor(int64_t handle);
+    // Each line of the layer: its two ends (six doubles) and its colour as drawn (alpha, blue,
+    // green, red from high to low, the layer's when by layer); the number of lines.
+    int32_t getLineasCapa(const std::string& capa, std::vector<double>& coordenadas,
+                          std::vector<uint32_t>& coloresABGR);
+    // The control points in list order: handles, names and x, y, z each; their number.
+    int32_t getPuntosControl(std::vector<int64_t>& handles, std::vector<std::string>& nombres,
+                             std::vector<double>& coordenadas);
+    // False, the arguments untouched, when the handle names no control point.
+    bool getPuntoControl(int64_t handle, std::string& nombre, std::string& codigo, double& x,
+                         double& y, double& z);
+    // The hot points of kind vertex, three doubles each (a plane's contour points are not
+    // vertices, a box has one at its first corner); the result is the number of doubles.
+    int32_t getSoloVertices(int64_t handle, std::vector<double>& coordenadas);
+    // The mesh figures of a Superficie or a solid (Objeto3D, box, prism, cylinder, sphere) in
+    // drawing coordinates: area of the live faces, valid vertices, live faces, valid edges and
+    // distinct materials. False, the arguments untouched, for any other entity.
+    bool propiedadesSuperficie(int64_t handle, double& area, int32_t& vertices, int32_t& caras,
+                               int32_t& aristas, int32_t& materiales);
     // The length of a polyline; 0.0 for anything else.
     double longitud(int64_t handle);
     // The defining points, three doubles each; the result is the number of doubles.
@@ -590,6 +653,48 @@ public:
     bool uneModelos();
     bool unePlanos();
     bool extiendePlanos();
+
+    // Measuring: the figures stay on the drawing as texts, one undo step each, and are printed.
+    // The 3D distance between two points; 0 when refused.
+    double comandoDistancia();
+    // The total length of one open polyline drawn for it.
+    double comandoDistanciaPolilinea();
+    // The same two points and their 3D and plan distances; nothing is inserted.
+    // `transparente` lets it run inside another command.
+    bool comandoDistanciaConSnap(double& x1, double& y1, double& z1, double& x2, double& y2,
+                                 double& z2, double& distancia3D, double& distancia2D,
+                                 bool transparente);
+    // Twice the plan area of one closed polyline drawn for it, negative when drawn clockwise.
+    double comandoArea();
+    // The angles of a closed polyline of three sides, in gons; false when none were written
+    // (refused, or a polyline of other than three sides).
+    bool comandoAngulo();
+    // Two points with a line rubber band between them, for a profile the host draws: the
+    // prompts "Seleccione el punto inicial del perfil rapido:" and "Seleccione el punto final
+    // del perfil rapido:", or those given. False when either was refused.
+    bool comandoPidePuntosPerfilRapido(double& x1, double& y1, double& z1, double& x2, double& y2,
+                                       double& z2);
+    bool comandoPidePuntosPerfilRapido(const std::string& mensaje1, const std::string& mensaje2,
+                                       double& x1, double& y1, double& z1, double& x2, double& y2,
+                                       double& z2);
+
+    // View, reference plane and local-system commands.
+    // Pan and rotation with the mouse until the command ends; always true with an editor.
+    bool comandoEncuadre();
+    bool comandoRotacion();
+    // Two clicks; the display zooms to their pixel rectangle.
+    bool comandoZoomVentana();
+    bool comandoZoomVentana(const std::string& mensaje1, const std::string& mensaje2);
+    // "Planta", "Vista" or an entity; true when the reference plane changed.
+    bool comandoPlanoReferencia();
+    bool comandoCentroRotacion();
+    // Origin and axes by clicks, made the working frame; a non-empty name also stores the
+    // frame in the drawing as a SistemaLocal. False when refused.
+    bool comandoSistemaLocal(const std::string& nombre);
+    // The display's camera at a picked camera shot or 360 photo.
+    bool comandoPosicionCamara();
+    // A point where three picked planes meet.
+    bool comandoInterseccionPlanos();
 
     // --- vertex marks (WrapDibujoCADArrastre.cpp) ----------------------------------------
     bool marcaVerticesEntidad(int64_t handle, uint32_t inicio, uint32_t fin);

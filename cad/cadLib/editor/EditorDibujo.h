@@ -512,64 +512,92 @@ public:
 
     // --- measuring (EditorDibujoMedidas.cpp) ------------------------------------------------
     // A measurement stays on the drawing: the measured sides become a Polilinea and each value
-    // a Texto beside it (style "Estandar", font "Arial", 3 decimals), each an undoable
-    // insertion; the values also go to the text callback.
+    // a Texto beside it (style "Estandar", font "Arial", 3 decimals, centred, turned 45
+    // degrees), each an undoable insertion; the values also go to the text callback, in the
+    // catalogue's wording when that converts exactly the figures given, else the built-in one.
+    // Inserting texts makes "Estandar" the current style, adding it only when it is missing.
     //
     // Two points: a closed polyline through both and the elbow below the higher one, and the
-    // 3D distance, the plan distance and the height difference as texts. The 3D distance; 0
-    // when a wait was refused (nothing is inserted then).
+    // 3D distance (beside A-B), the plan distance (beside the level side) and the height
+    // difference (beside the plumb side) as texts: four undo steps. The 3D distance; 0 when a
+    // wait was refused (nothing is inserted then).
     double comandoDistancia();
     // The same two waits with the rubber band, nothing inserted: the points and distances go
-    // to the pointers given (any may be null); with `inserta` the result is printed.
+    // to the pointers given (any may be null); with `inserta` the result is printed. False,
+    // with the pointers untouched, when a wait was refused.
     bool comandoDistancia(Punto3<double>* a, Punto3<double>* b, double* d3, double* d2,
                           bool inserta);
-    // As the form above, in a scope opened with `transparente`; the selection it found is
-    // unhighlighted at the end.
+    // As the form above without printing, in a scope opened with `transparente`; the
+    // entities selected or highlighted at the start lose their highlight at the end.
     bool comandoDistanciaConSnap(Punto3<double>* a, Punto3<double>* b, double* d3, double* d2,
                                  bool transparente);
-    // One open polyline drawn: each side's length as a text; the total.
+    // One open polyline drawn (comandoPolilinea): each side's 3D length as a text; the total.
+    // 0, with nothing printed, when no polyline was drawn.
     double comandoDistanciaPolilinea();
     // One closed polyline drawn: each side's length, and the sum of x[i] y[i+1] - y[i] x[i+1]
     // at the vertices' centroid. That figure is twice the plan area, signed by the turning
     // (clockwise is negative), and is what the command reports and returns.
     double comandoArea();
-    // One closed polyline of three vertices: its angles in gons, one text at each vertex.
+    // One closed polyline of three distinct vertices: its angles in gons, one text at each
+    // vertex. Any other polyline (which stays drawn) is refused with "La polilínea ha de
+    // tener tres lados".
     void comandoAngulo();
-    // A text at the centre of an entity of the drawing, 10 below the top of its box; a null
-    // text or an entity not in the drawing does nothing.
+    // A text at the centre of an entity of the drawing, 10 below the top of its box, at that
+    // height and laid out as the measure texts; one undo step. A null text, an entity not in
+    // the drawing or with an empty box does nothing; a text too long for the file or a height
+    // that is not positive and finite is told on the text channel and not stored.
     void textoEnEntidad(Entidad* entidad, double altura, const std::string* texto);
 
     // --- view, reference plane and local system (EditorDibujoVistas.cpp) --------------------
+    // Every display call here is skipped when there is no display; the rest still runs.
+    //
     // Pan and rotation: a transparent scope in the display's interaction mode (1 pan, 0 free
-    // rotation) while the pump spins, until the command ends or is cancelled. Always true.
+    // rotation) while the pump spins, until a cancel ("* Cancelado *"), `terminado`, a typed
+    // line or Enter, or a command started meanwhile ends it. The scope's close gives the
+    // interaction mode back. Always true.
     bool comandoEncuadre();
     bool comandoRotacion();
     // Two raw clicks ("Seleccione coordenada inicial de la ventana:", "Seleccione coordenada
-    // final de la ventana:", or the prompts given): the display zooms to that pixel rectangle
-    // and the view is kept in the document's current view. False when refused.
+    // final de la ventana:", or the prompts given) in a transparent scope: the display zooms
+    // to that pixel rectangle, lesser corner first, and the view is copied into the
+    // document's current view. False when refused.
     bool comandoZoomVentana();
     bool comandoZoomVentana(const std::string& mensaje1, const std::string& mensaje2);
+    // Each zoom copies the display's view into the document's current view and sends
+    // kControl. The pixel window may be given from either corner (a negative size); the box
+    // form takes each pair in either order.
     void zoomEscala(double escala);
     void zoomVentana(int x, int y, int ancho, int alto);
     void zoomVentana(double x0, double x1, double y0, double y1, double z0, double z1);
-    // The whole drawing, or one entity's box, fills the view. True.
+    // The whole drawing (nothing when it is empty), or one entity's box, fills the view. An
+    // entity not in the drawing does nothing. True.
     bool zoomExtension();
     bool zoomExtension(Entidad* entidad);
-    // "Planta" (a plan plane at a typed height), "Vista" (facing the viewer through a point),
-    // or an entity: a plane, a line and a third point, a polyline or polygon's fitted plane,
-    // a face of a model. True when the reference plane changed.
+    // "Planta" (a plan plane at a typed height), "Vista" (facing the viewer through a point
+    // snapped with every mode), or an entity: a plane, a line and a third point (or
+    // "Vertical"), a polyline or polygon's fitted plane, a face of a model. Prints "Plano de
+    // referencia establecido." and returns true when the reference plane changed; an entity
+    // that gives no plane prints why and changes nothing.
     bool comandoPlanoReferencia();
-    // The plane facing the viewer through the view axis at the centre of the drawing's box
-    // (or through the plane's present origin).
+    // The plane facing the viewer through its present origin, or when there is none through
+    // the point of the view axis level with the centre of the drawing's box. Nothing without
+    // a display.
     void setPlanoReferenciaVista();
-    // A point, snapped with every mode, becomes the display's rotation centre.
+    // A point, snapped with every mode (the drawing's snap settings come back afterwards),
+    // becomes the display's rotation centre. False when refused.
     bool comandoCentroRotacion();
-    // Origin and two axes by clicks (or a plane, an origin and the X axis); a name also puts
-    // a SistemaLocal entity in the drawing. Activates the system; false when refused.
+    // Origin and two axes by clicks (the origin on an entity that is not a plane), or a plane,
+    // an origin and the X axis (kept in the plane; Y is the normal crossed with X). The axes
+    // are made unit and square. A name also puts a SistemaLocal entity in the drawing as an
+    // undoable step. Activates the system; false, changing nothing, when a wait is refused,
+    // the points give no frame or the host refuses the insertion.
     bool comandoSistemaLocal(const std::string* nombre);
-    // The display's camera at a picked camera shot or 360 photo.
+    // In a transparent scope: the display's camera at a picked camera shot (its station,
+    // looking where the glyph looks, with the vertical lens angle in degrees) or 360 photo
+    // (its centre, keeping the direction). True when the camera moved.
     bool comandoPosicionCamara();
-    // Three planes: a Punto at their common point (none for parallel planes).
+    // Three planes: an undoable Punto at their common point. False, inserting nothing, when a
+    // pick is refused or the planes share no single point (two parallel, or a common line).
     bool comandoInterseccionPlanos();
 
     // --- the property front and the clipboard (EditorDibujoPropiedades.cpp,

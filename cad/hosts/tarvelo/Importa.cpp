@@ -161,11 +161,26 @@ bool importaOBJ(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s
 
 }  // namespace
 
+bool esImportable(const std::string& entrada)
+{
+    const std::string tipo = extension(entrada);
+    return tipo == ".dxf" || tipo == ".obj";
+}
+
+bool importaFichero(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& informe,
+                    std::ostream& errores, std::string& error)
+{
+    std::error_code ec;
+    const std::uintmax_t tamano = std::filesystem::file_size(entrada, ec);
+    Progreso aviso(errores, !ec && tamano > kFicheroGrande);
+    return extension(entrada) == ".dxf" ? importaDXF(dibujo, entrada, informe, aviso, error)
+                                        : importaOBJ(dibujo, entrada, informe, aviso, error);
+}
+
 int importa(const std::string& entrada, std::string salida, std::ostream& informe,
             std::ostream& errores)
 {
-    const std::string tipo = extension(entrada);
-    if (tipo != ".dxf" && tipo != ".obj")
+    if (!esImportable(entrada))
     {
         errores << "tarvelo: " << entrada << " no es .dxf ni .obj\n";
         return 1;
@@ -187,14 +202,10 @@ int importa(const std::string& entrada, std::string salida, std::ostream& inform
         }
         informe << "Se añade a " << salida << "\n";
     }
-    const std::uintmax_t tamano = std::filesystem::file_size(entrada, ec);
-    Progreso aviso(errores, !ec && tamano > kFicheroGrande);
     informe << "Importando " << entrada << "\n";
     const size_t entidadesAntes = dibujo.entidades.size();
     std::string error;
-    const bool ok = tipo == ".dxf" ? importaDXF(dibujo, entrada, informe, aviso, error)
-                                   : importaOBJ(dibujo, entrada, informe, aviso, error);
-    if (!ok)
+    if (!importaFichero(dibujo, entrada, informe, errores, error))
     {
         errores << "tarvelo: no se pudo importar " << entrada << ": " << error << "\n";
         return 1;

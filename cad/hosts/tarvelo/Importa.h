@@ -4,8 +4,22 @@
 #include <iosfwd>
 #include <string>
 
+namespace cad
+{
+class Dibujo;
+}
+
 namespace tarvelo
 {
+
+// A name ending in .dxf or .obj, in any case.
+bool esImportable(const std::string& entrada);
+
+// Adds an importable file to `dibujo`, telling on `informe` what came in (progress for inputs
+// over 50 MB on `errores`). False, with the reader's reason in `error`, when it could not be
+// read.
+bool importaFichero(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& informe,
+                    std::ostream& errores, std::string& error);
 
 // Reads `entrada` (.dxf or .obj, by its extension, any case) into the drawing `salida` when
 // that file exists, or into a new one, prints what came in on `informe` and saves to `salida`.

@@ -18,7 +18,8 @@ namespace tarvelo
 
 // One drawing, its editor and a display. The session's own display has a fixed camera whose
 // pixel (x, y) shows drawing point (x, y, 0): 800 by 600 pixels seen from above, one pixel
-// per drawing unit, whatever drawing is open. A host with a display of its own (the viewer)
+// per drawing unit, whatever drawing is open, until a view order moves it (vistainicial puts
+// it back). A host with a display of its own (the viewer)
 // gives it instead and keeps moving its camera; clicks then name that display's pixels.
 //
 // Input comes one line per step of the thread's message queue. Read from a stream, the
@@ -157,6 +158,23 @@ private:
     // reported by informa.
     orden_t ordenCuenta(const char* nombre, const char* ayuda, std::function<long()> ejecuta,
                         const char* singular, const char* plural);
+    // The measuring, view, plane, local-system and survey orders (SesionVistas.cpp).
+    void creaOrdenesVistas();
+    // Writes where the display looks and its scale, and succeeds.
+    bool informaVista();
+    bool ordenZoomEscala(const std::vector<std::string>& argumentos);
+    bool ordenPlanoReferencia();
+    bool ordenSistemaLocal(const std::vector<std::string>& argumentos);
+    // A DXF plan or an OBJ model added to the open drawing, with the reader's report.
+    bool ordenImporta(const std::vector<std::string>& argumentos);
+    bool ordenPuntoControl(const std::vector<std::string>& argumentos);
+    bool ordenTomaCamara(const std::vector<std::string>& argumentos);
+    // The arguments from `desde` on as numbers into `valores`; false, after saying which one
+    // is not a number, for the first that is not.
+    bool numeros(const char* orden, const std::vector<std::string>& argumentos, size_t desde,
+                 double* valores);
+    // A finite decimal number, or false; from_chars, so that no locale reads "1.5" as 1.
+    static bool real(const std::string& texto, double& valor);
     bool ordenMueveXYZ(const std::vector<std::string>& argumentos);
     bool ordenParteArista(const std::vector<std::string>& argumentos);
     bool ordenAsignaMaterial(const std::vector<std::string>& argumentos);

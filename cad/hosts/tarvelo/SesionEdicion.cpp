@@ -14,19 +14,12 @@
 namespace tarvelo
 {
 
-namespace
-{
-
-// A whole decimal number, finite; from_chars rather than strtod so that the locale can't
-// turn "1.5" into 1.
-bool real(const std::string& texto, double& valor)
+bool Sesion::real(const std::string& texto, double& valor)
 {
     const char* fin = texto.data() + texto.size();
     const auto [resto, error] = std::from_chars(texto.data(), fin, valor);
     return error == std::errc() && resto == fin && std::isfinite(valor);
 }
-
-}  // namespace
 
 void Sesion::creaOrdenesEdicion()
 {
@@ -190,13 +183,9 @@ bool Sesion::informaSiNo(bool hecho, const char* si, const char* no)
 bool Sesion::ordenMueveXYZ(const std::vector<std::string>& argumentos)
 {
     double v[3] = {};
-    for (size_t i = 0; i < 3; ++i)
+    if (!numeros("muevexyz", argumentos, 0, v))
     {
-        if (!real(argumentos[i], v[i]))
-        {
-            salida << "muevexyz: " << argumentos[i] << " no es un número\n";
-            return false;
-        }
+        return false;
     }
     return informa(dibujo.comandoMoverXYZ(v[0], v[1], v[2]), "entidad movida", "entidades movidas");
 }

@@ -21,6 +21,7 @@
 #include "entidades/Poligono.h"
 #include "entidades/Polilinea.h"
 #include "entidades/Prisma.h"
+#include "entidades/Texto.h"
 #include "modelo/Modelo3D.h"
 
 namespace tarvelo
@@ -97,6 +98,31 @@ bool describeSolido(const cad::Entidad* e, std::string& texto)
     return false;
 }
 
+// A text as one line of a listing: line breaks and tabs written as escapes.
+std::string enUnaLinea(const std::string& t)
+{
+    std::string r;
+    r.reserve(t.size());
+    for (const char c : t)
+    {
+        switch (c)
+        {
+            case '\n':
+                r += "\\n";
+                break;
+            case '\r':
+                r += "\\r";
+                break;
+            case '\t':
+                r += "\\t";
+                break;
+            default:
+                r += c;
+        }
+    }
+    return r;
+}
+
 // The entity, its points as the facade's getVertices gives them (a primitive solid by its
 // measures), then what else tells it apart: closed, faces, material; "?" for null.
 std::string describeEntidad(const cad::Entidad* e)
@@ -141,6 +167,10 @@ std::string describeEntidad(const cad::Entidad* e)
     if (polilinea != nullptr && polilinea->cerrada)
     {
         texto += " cerrada";
+    }
+    if (const auto* t = dynamic_cast<const cad::Texto*>(e))
+    {
+        texto += " \"" + enUnaLinea(t->texto) + "\"";
     }
     const auto* objeto = dynamic_cast<const cad::Objeto3D*>(e);
     if (objeto != nullptr && objeto->modelo != nullptr)
@@ -371,6 +401,7 @@ void Sesion::creaOrdenes()
                      [this](const args_t&) { return ordenPortapapeles("pega"); }},
                 });
     creaOrdenesEdicion();
+    creaOrdenesVistas();
     agregaGrupo("Edición",
                 {
                     {"deshacer", "", "deshace el último paso", 0, 0, false,
