@@ -66,14 +66,29 @@ struct Escena
     }
 };
 
-// The two options: a plan plane at the height typed, and a plane facing the viewer through a
-// point picked with every snap forced on (and given back). A point entity defines no plane
-// and leaves the plane as it was.
-TEST(ComandosVista, planoReferenciaPorPlantaVistaYRechazos)
+// Every way to set the reference plane, in one drawing. "Planta" gives a plan plane at the
+// height typed; "Vista" a plane facing the viewer through a point picked with every snap forced
+// on (and given back). An entity: a plane gives its reference point and unit normal; a line
+// with the option "Vertical" or a typed third point; a polyline its fitted plane from its first
+// point; a model the face under the click, its centre and normal. A point entity defines no
+// plane, a click off the model's faces finds none, and either leaves the plane as it was; the
+// model's highlight is taken off either way.
+TEST(ComandosVista, planoReferencia)
 {
     Escena e;
     e.pon(new cad::Punto(200, 100, 0));
+    const std::vector<P> plano = {{100, 100, 10}, {150, 100, 10}, {150, 150, 10}, {100, 150, 10}};
+    e.pon(new cad::Plano({0, 0, 2, -20}, 4, plano.data()));
+    e.pon(new cad::Linea(P(300, 100, 0), P(400, 100, 0)));
+    const std::vector<P> inclinada = {
+        {500, 100, 500}, {600, 100, 600}, {600, 200, 600}, {500, 200, 500}};
+    e.pon(new cad::Polilinea(4, inclinada.data()));
+    const std::vector<P> cara = {{100, 300, 0}, {200, 300, 0}, {200, 400, 0}, {100, 400, 0}};
+    auto modelo = std::make_unique<cad::Modelo3D>();
+    modelo->nuevaCara(4, cara.data(), nullptr, true, 0);
+    auto* objeto = e.pon(new cad::Objeto3D(modelo.release()));
     e.s.pinta();
+
     e.g.escribe("P").escribe("12.5");
     EXPECT_TRUE(e.s.editor->comandoPlanoReferencia());
     EXPECT_EQ(e.prompts(), Textos({kPlanoRef, "Elevación", kEstablecido}));
@@ -96,26 +111,6 @@ TEST(ComandosVista, planoReferenciaPorPlantaVistaYRechazos)
     EXPECT_EQ(e.prompts(),
               Textos({kPlanoRef, "La entidad no define un plano.", kPlanoRef, "* Cancelado *"}));
     cerca(e.s.dibujo.origenPlano, P(100, 50, 12.5));
-}
-
-// Each kind of entity: a plane gives its reference point and unit normal; a line with the
-// option "Vertical" or a typed third point; a polyline its fitted plane from its first point;
-// a model the face under the click, its centre and normal. A click off the faces finds none,
-// and the model's highlight is taken off either way.
-TEST(ComandosVista, planoReferenciaDeEntidades)
-{
-    Escena e;
-    const std::vector<P> plano = {{100, 100, 10}, {150, 100, 10}, {150, 150, 10}, {100, 150, 10}};
-    e.pon(new cad::Plano({0, 0, 2, -20}, 4, plano.data()));
-    e.pon(new cad::Linea(P(300, 100, 0), P(400, 100, 0)));
-    const std::vector<P> inclinada = {
-        {500, 100, 500}, {600, 100, 600}, {600, 200, 600}, {500, 200, 500}};
-    e.pon(new cad::Polilinea(4, inclinada.data()));
-    const std::vector<P> cara = {{100, 300, 0}, {200, 300, 0}, {200, 400, 0}, {100, 400, 0}};
-    auto modelo = std::make_unique<cad::Modelo3D>();
-    modelo->nuevaCara(4, cara.data(), nullptr, true, 0);
-    auto* objeto = e.pon(new cad::Objeto3D(modelo.release()));
-    e.s.pinta();
 
     e.g.clicEn({125, 125, 0});
     EXPECT_TRUE(e.s.editor->comandoPlanoReferencia());
@@ -155,12 +150,15 @@ TEST(ComandosVista, planoReferenciaDeEntidades)
 }
 
 // Pan and rotation end true, cancelled or displaced, and give the interaction mode back. A
-// command run from inside the rotation ends it too: here the rotation centre, whose click
-// snaps to the point with every mode forced on while the drawing's own settings come back.
-TEST(ComandosVista, encuadreRotacionYCentroDeRotacion)
+// command run from inside the rotation ends it too: here the rotation centre, whose click snaps
+// to the point with every mode forced on while the drawing's own settings come back. Every zoom
+// reaches the display, the window lesser corner first whatever the order of the clicks, and the
+// view it leaves is copied into the drawing's current view. Without a display nothing breaks.
+TEST(ComandosVista, encuadreRotacionYZooms)
 {
     Escena e;
     e.pon(new cad::Punto(200, 100, 0));
+    auto* linea = e.pon(new cad::Linea(P(100, 400, 0), P(300, 400, 0)));
     e.s.pinta();
     e.s.pantalla.grabando = true;
     e.g.cancela();
@@ -168,6 +166,17 @@ TEST(ComandosVista, encuadreRotacionYCentroDeRotacion)
     EXPECT_EQ(e.prompts(), Textos({"* Cancelado *"}));
     EXPECT_EQ(e.s.pantalla.llamadasDe("setModoInteraccion"),
               Textos({"setModoInteraccion 2", "setModoInteraccion 1", "setModoInteraccion 0"}));
+
+    // The Enter that ended an earlier command does not end the pan at its first step: it
+    // waits for its own.
+    e.g.escribe("700,500").intro();
+    EXPECT_EQ(e.s.editor->comandoPunto(), 1);
+    int pasos = 0;
+    e.g.ejecuta([&]() { ++pasos; }).ejecuta([&]() { ++pasos; }).intro();
+    EXPECT_TRUE(e.s.editor->comandoEncuadre());
+    EXPECT_EQ(pasos, 2);
+    EXPECT_EQ(e.prompts(), Textos(2, "Seleccione coordenadas del punto:"));
+    e.s.editor->deshacer();
 
     e.s.pantalla.llamadas.clear();
     e.s.estados.clear();
@@ -180,16 +189,7 @@ TEST(ComandosVista, encuadreRotacionYCentroDeRotacion)
     EXPECT_EQ(e.s.estados, "IIIFFF");
     EXPECT_FALSE(e.s.dibujo.referenciaGlobal);
     EXPECT_EQ(e.s.dibujo.mascaraReferencias, 0);
-}
 
-// Every zoom reaches the display and the view it leaves is copied into the drawing's current
-// view. The window is given lesser corner first whatever the order of the clicks. Without a
-// display nothing breaks.
-TEST(ComandosVista, zoomsLleganALaPantallaYALaVistaActual)
-{
-    Escena e;
-    auto* linea = e.pon(new cad::Linea(P(100, 400, 0), P(300, 400, 0)));
-    e.s.pantalla.grabando = true;
     e.g.clic(300, 200).clic(100, 50);
     EXPECT_TRUE(e.s.editor->comandoZoomVentana());
     EXPECT_EQ(e.prompts(), Textos({"Seleccione coordenada inicial de la ventana:",
@@ -199,7 +199,6 @@ TEST(ComandosVista, zoomsLleganALaPantallaYALaVistaActual)
     EXPECT_NE(e.s.pantalla.objetivo, P(400, 300, 0));
     EXPECT_EQ(vista.objetivo, e.s.pantalla.objetivo);
     EXPECT_EQ(vista.zoom, e.s.pantalla.zoom);
-
     const double zoom = vista.zoom;
     e.s.editor->zoomEscala(2.0);
     EXPECT_EQ(vista.zoom, 2.0 * zoom);
@@ -222,12 +221,14 @@ TEST(ComandosVista, zoomsLleganALaPantallaYALaVistaActual)
 
 // By three points the axes are unit and square (Y is straightened against X), and a name puts
 // the system in the drawing, undoably, and activates it; once undone the next paint drops it.
-// By a plane, Y is the normal crossed with X and no name inserts nothing. A refused wait
-// changes nothing.
+// A refused wait changes nothing. By a plane, Y is the normal crossed with X, and no name
+// inserts nothing.
 TEST(ComandosVista, sistemaLocalPorPuntosYPorPlano)
 {
     Escena e;
     e.pon(new cad::Punto(100, 100, 0));
+    const std::vector<P> contorno = {{300, 300, 0}, {400, 300, 0}, {400, 400, 0}, {300, 400, 0}};
+    e.pon(new cad::Plano({0, 0, 1, 0}, 4, contorno.data()));
     e.s.pinta();
     const size_t antes = e.s.dibujo.entidades.size();
     const std::string nombre = "obra";
@@ -256,16 +257,12 @@ TEST(ComandosVista, sistemaLocalPorPuntosYPorPlano)
     EXPECT_EQ(e.s.dibujo.entidades.size(), antes);
     EXPECT_FALSE(e.s.editor->haySistemaLocal);
 
-    Escena f;
-    const std::vector<P> contorno = {{300, 300, 0}, {400, 300, 0}, {400, 400, 0}, {300, 400, 0}};
-    f.pon(new cad::Plano({0, 0, 1, 0}, 4, contorno.data()));
-    f.s.pinta();
-    f.g.clicEn({350, 350, 0}).escribe("350,350,0").escribe("350,360,3");
-    EXPECT_TRUE(f.s.editor->comandoSistemaLocal(nullptr));
-    EXPECT_EQ(f.prompts(), Textos({kOrigenSL, "Seleccione el origen del sistema local:", kEjeX}));
-    EXPECT_EQ(f.s.dibujo.entidades.size(), 1U);
-    const cad::SistemaLocal activo = f.s.editor->sistemaLocalActual();
-    EXPECT_TRUE(f.s.editor->haySistemaLocal);
+    e.g.clicEn({350, 350, 0}).escribe("350,350,0").escribe("350,360,3");
+    EXPECT_TRUE(e.s.editor->comandoSistemaLocal(nullptr));
+    EXPECT_EQ(e.prompts(), Textos({kOrigenSL, "Seleccione el origen del sistema local:", kEjeX}));
+    EXPECT_EQ(e.s.dibujo.entidades.size(), antes);
+    const cad::SistemaLocal activo = e.s.editor->sistemaLocalActual();
+    EXPECT_TRUE(e.s.editor->haySistemaLocal);
     EXPECT_EQ(activo.origen, P(350, 350, 0));
     cerca(activo.ejeX, V(0, 1, 0));
     cerca(activo.ejeY, V(-1, 0, 0));

@@ -182,8 +182,8 @@ void WrapDibujoCAD::zoomVentana(double x0, double x1, double y0, double y1, doub
 
 int32_t WrapDibujoCAD::copiarPolilineasCapa(const std::string& origen, const std::string& destino)
 {
-    cad::Capa* capa = mDibujo != nullptr ? mDibujo->buscaCapa(destino.c_str()) : nullptr;
-    if (capa == nullptr || mDibujo->buscaCapa(origen.c_str()) == nullptr)
+    if (mDibujo == nullptr || mDibujo->buscaCapa(destino.c_str()) == nullptr ||
+        mDibujo->buscaCapa(origen.c_str()) == nullptr)
     {
         return 0;
     }
@@ -193,9 +193,19 @@ int32_t WrapDibujoCAD::copiarPolilineasCapa(const std::string& origen, const std
     int32_t copiadas = 0;
     for (uint32_t i = 0; i < s.numeroEntidades(); ++i)
     {
+        // The insertion reactor runs host code, which may have deleted a later entity or the
+        // layer: both are looked for again before each copy.
+        cad::Capa* capa = mDibujo->buscaCapa(destino.c_str());
+        if (capa == nullptr)
+        {
+            break;
+        }
+        if (!mDibujo->contieneEntidad(s.entidades[i]))
+        {
+            continue;
+        }
         cad::Polilinea* p = s.getEntidadPolilinea(i);
-        // The insertion reactor runs host code, which may have deleted a later one.
-        if (p == nullptr || !mDibujo->contieneEntidad(p))
+        if (p == nullptr)
         {
             continue;
         }

@@ -505,7 +505,10 @@ bool EditorDibujo::tomaCoordenadas(cursor_t& cursor)
     {
         return false;
     }
-    // Typed coordinates are never snapped nor projected on the plane.
+    // Typed coordinates are never snapped nor projected on the plane, and have no pixel: an
+    // earlier click's pixel left in the cursor must not be taken for a pick.
+    cursor.x = -1;
+    cursor.y = -1;
     cursor.posicion = coordenadas;
     cursor.referencia = aDocumento(coordenadas);
     return true;

@@ -341,6 +341,9 @@ public:
     // a polyline and asks for the next; a cancel keeps what was drawn and ends the command.
     // Each polyline is one undo step. The count made.
     int comandoPolilinea(bool unaSola, bool cerrada, Polilinea** resultado);
+    // Set by comandoPolilinea when its last polyline ended in a cancel or was displaced by
+    // another command (the polyline is kept all the same), so a caller can unwind.
+    bool polilineaAbandonada = false;
     int comandoPolilinea(bool unaSola = false, bool cerrada = false);
     // Merges the open `origen` into `destino` (a polygon merge when `destino` is flagged
     // closed, else a chain merge), announcing each vertex change to the edit reactor; a null
@@ -586,11 +589,13 @@ public:
     // A point, snapped with every mode (the drawing's snap settings come back afterwards),
     // becomes the display's rotation centre. False when refused.
     bool comandoCentroRotacion();
-    // Origin and two axes by clicks (the origin on an entity that is not a plane), or a plane,
-    // an origin and the X axis (kept in the plane; Y is the normal crossed with X). The axes
-    // are made unit and square. A name also puts a SistemaLocal entity in the drawing as an
-    // undoable step. Activates the system; false, changing nothing, when a wait is refused,
-    // the points give no frame or the host refuses the insertion.
+    // An origin (typed, or clicked anywhere but on a plane) and two axis points, or a click on
+    // a plane, then an origin and the X axis (kept in the plane; Y is the normal crossed with
+    // X). The axes are made unit and square. A name also puts a SistemaLocal entity in the
+    // drawing as an undoable step. Activates the system (an unnamed one lasts until the next
+    // paint, which keeps only systems the drawing holds); false, changing nothing, when a wait
+    // is refused, the points give no frame, the name is too long or the host refuses the
+    // insertion.
     bool comandoSistemaLocal(const std::string* nombre);
     // In a transparent scope: the display's camera at a picked camera shot (its station,
     // looking where the glyph looks, with the vertical lens angle in degrees) or 360 photo
@@ -729,6 +734,9 @@ private:
     // After a pump step, the endings every wait tests first: cancel (with its text),
     // `terminado`, interruption (before `terminado` when `interrupcionAntes`).
     bool finEspera(bool interrupcionAntes);
+    // The pan and rotation: a transparent scope in that interaction mode while the pump
+    // spins, until a cancel, Enter, a typed line or a command that displaces it.
+    void esperaTransparente(int modo);
     // Throws away the display's pending click, as each wait does when it starts.
     void descartaEvento();
     // Typed coordinates, when the line held them, into the cursor: drawing coordinates in

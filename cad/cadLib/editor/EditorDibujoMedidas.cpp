@@ -108,9 +108,10 @@ std::string cifra(double valor)
     return s.str();
 }
 
+// Halved before the sum, so that two huge but finite coordinates give no infinity.
 Punto3<double> puntoMedio(const Punto3<double>& a, const Punto3<double>& b)
 {
-    return {(a.x + b.x) * 0.5, (a.y + b.y) * 0.5, (a.z + b.z) * 0.5};
+    return {a.x * 0.5 + b.x * 0.5, a.y * 0.5 + b.y * 0.5, a.z * 0.5 + b.z * 0.5};
 }
 
 // The style every measure text takes. An "Estandar" that is already there is used as it
@@ -131,6 +132,12 @@ void aseguraEstilo(Dibujo& d)
 // One measure text, an undo step of its own; the current style must already be "Estandar".
 void textoMedida(EditorDibujo& ed, double valor, const Punto3<double>& posicion)
 {
+    // A figure or place that overflowed would be saved as such: refused, with the reason told.
+    const double valores[] = {valor, posicion.x, posicion.y, posicion.z};
+    if (!ed.admiteCoordenadas(valores, 4))
+    {
+        return;
+    }
     (void)ed.nuevaEntidad(std::make_unique<Texto>(cifra(valor), posicion, kAlineacionMedCen,
                                                   kFactorAncho, kRotacionMedida));
 }
@@ -208,7 +215,9 @@ bool dosPuntos(EditorDibujo& ed, Punto3<double>& a, Punto3<double>& b)
 Polilinea* polilineaDibujada(EditorDibujo& ed, bool cerrada)
 {
     Polilinea* p = nullptr;
-    if (ed.comandoPolilinea(true, cerrada, &p) == 0 || p == nullptr ||
+    // A cancel, or a command started from inside the drawing, ends the measure too: the
+    // polyline stays, unmeasured.
+    if (ed.comandoPolilinea(true, cerrada, &p) == 0 || ed.polilineaAbandonada || p == nullptr ||
         !ed.dibujo_->contieneEntidad(p))
     {
         return nullptr;
@@ -361,15 +370,12 @@ double EditorDibujo::comandoArea()
                 area += p0.x * p1.y - p0.y * p1.x;
             }
         }
+        // The vertices' centroid, each weighted before the sum so that nothing overflows.
         Punto3<double> centro(0.0, 0.0, 0.0);
+        const double k = n > 0 ? 1.0 / static_cast<double>(n) : 0.0;
         for (const Punto3<double>& q : v)
         {
-            centro = {centro.x + q.x, centro.y + q.y, centro.z + q.z};
-        }
-        if (n > 0)
-        {
-            const double k = 1.0 / static_cast<double>(n);
-            centro = {centro.x * k, centro.y * k, centro.z * k};
+            centro = {centro.x + q.x * k, centro.y + q.y * k, centro.z + q.z * k};
         }
         textoMedida(*this, area, centro);
         salida(*this, 5, "Area 2D: %0.3lf", area);

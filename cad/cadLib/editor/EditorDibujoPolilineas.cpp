@@ -130,6 +130,7 @@ int EditorDibujo::comandoPolilinea(bool unaSola, bool cerrada, Polilinea** resul
         *resultado = nullptr;
     }
     int creadas = 0;
+    polilineaAbandonada = false;
     cursor_t cursor;
     for (;;)
     {
@@ -151,6 +152,7 @@ int EditorDibujo::comandoPolilinea(bool unaSola, bool cerrada, Polilinea** resul
         }
         if (unaSola || abandona)
         {
+            polilineaAbandonada = abandona;
             break;
         }
     }

@@ -1,12 +1,16 @@
 // EditorDibujo: the view commands (pan, rotation, zooms, camera), the reference plane and the
 // local coordinate system.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/Configuracion.h"
 #include "base/geometria/Matriz4.h"
 #include "base/geometria/Plano3D.h"
 #include "base/geometria/Polilinea3D.h"
@@ -148,57 +152,43 @@ Plano* otroPlano(EditorDibujo& editor, const char* prompt, SeleccionEntidades& s
 // -------------------------------------------------------------------------------------------
 // Pan and rotation
 
-namespace
+// The pump spins while the display moves the view with the mouse, until the endings every
+// wait has. Any typed line ends it too (taken as the end, not kept): otherwise the user would
+// be left in pan mode.
+void EditorDibujo::esperaTransparente(int modo)
 {
-
-// The pump spins while the display moves the view with the mouse. Enter also ends it: with
-// no wait of its own, a typed line would otherwise be lost and the user left in pan mode.
-void bucleTransparente(EditorDibujo& editor, int modo)
-{
-    editor.iniciaComandoInteractivo(true);
-    if (editor.pantalla_ != nullptr)
+    iniciaComandoInteractivo(true);
+    // The input an earlier wait left (its Enter) must not end this one at the first step.
+    limpiaEntrada();
+    if (pantalla_ != nullptr)
     {
-        editor.pantalla_->setModoInteraccion(modo);
+        pantalla_->setModoInteraccion(modo);
     }
-    while (editor.procesoEventos)
+    while (procesoEventos)
     {
-        editor.procesoEventos();
-        if (editor.cancelado)
+        procesoEventos();
+        if (finEspera(false))
         {
-            editor.limpiaEntradaCompleta();
-            editor.mensaje("%s", editor.texto(4, 16, kTextoCancelado));
             break;
         }
-        if (editor.terminado || editor.entradaRecibida)
+        if (entradaRecibida)
         {
-            editor.limpiaEntradaCompleta();
-            break;
-        }
-        if (editor.comandoInterrumpido)
-        {
-            editor.comandoInterrumpido = false;
-            if (editor.reactorComandoInteractivo)
-            {
-                editor.reactorComandoInteractivo(EditorDibujo::kCancelado);
-            }
-            editor.actualiza(EditorDibujo::kControl, false);
+            limpiaEntradaCompleta();
             break;
         }
     }
-    editor.finComandoInteractivo();
+    finComandoInteractivo();
 }
-
-}  // namespace
 
 bool EditorDibujo::comandoEncuadre()
 {
-    bucleTransparente(*this, PantallaCAD::kVisorPlano);
+    esperaTransparente(PantallaCAD::kVisorPlano);
     return true;
 }
 
 bool EditorDibujo::comandoRotacion()
 {
-    bucleTransparente(*this, PantallaCAD::kVisorLibre);
+    esperaTransparente(PantallaCAD::kVisorLibre);
     return true;
 }
 
@@ -223,10 +213,19 @@ void zoomPixeles(EditorDibujo& editor, int x, int y, int ancho, int alto)
 {
     if (editor.pantalla_ != nullptr)
     {
-        const int x0 = std::min(x, x + ancho);
-        const int y0 = std::min(y, y + alto);
-        editor.pantalla_->zoomVentana(Punto2<int>(x0, y0),
-                                      Punto2<int>(x0 + std::abs(ancho), y0 + std::abs(alto)));
+        // Sizes come from the host: summed in 64 bits, a corner past the int range is refused.
+        const int64_t x1 = int64_t{x} + ancho;
+        const int64_t y1 = int64_t{y} + alto;
+        const auto cabe = [](int64_t v)
+        { return v >= std::numeric_limits<int>::min() && v <= std::numeric_limits<int>::max(); };
+        if (!cabe(x1) || !cabe(y1))
+        {
+            return;
+        }
+        editor.pantalla_->zoomVentana(Punto2<int>(static_cast<int>(std::min<int64_t>(x, x1)),
+                                                  static_cast<int>(std::min<int64_t>(y, y1))),
+                                      Punto2<int>(static_cast<int>(std::max<int64_t>(x, x1)),
+                                                  static_cast<int>(std::max<int64_t>(y, y1))));
     }
     vistaCambiada(editor);
 }
@@ -257,6 +256,11 @@ bool EditorDibujo::comandoZoomVentana(const std::string& mensaje1, const std::st
 
 void EditorDibujo::zoomEscala(double escala)
 {
+    // A factor that is not a finite positive number would reach the stored view.
+    if (!(std::isfinite(escala) && escala > 0.0))
+    {
+        return;
+    }
     if (pantalla_ != nullptr)
     {
         pantalla_->zoomEscala(escala);
@@ -273,6 +277,12 @@ void EditorDibujo::zoomVentana(int x, int y, int ancho, int alto)
 
 void EditorDibujo::zoomVentana(double x0, double x1, double y0, double y1, double z0, double z1)
 {
+    const double valores[] = {x0, x1, y0, y1, z0, z1};
+    if (!std::all_of(std::begin(valores), std::end(valores),
+                     [](double v) { return std::isfinite(v); }))
+    {
+        return;
+    }
     // Either order of each pair gives the same box.
     const Rect3<double> caja(Punto3<double>(std::min(x0, x1), std::min(y0, y1), std::min(z0, z1)),
                              Punto3<double>(std::max(x0, x1), std::max(y0, y1), std::max(z0, z1)));
@@ -290,7 +300,6 @@ bool EditorDibujo::zoomExtension()
     {
         dibujo_->zoomExtension(1.0, pantalla_);
     }
-    actualiza(kControl, false);
     return true;
 }
 
@@ -301,9 +310,14 @@ bool EditorDibujo::zoomExtension(Entidad* entidad)
     {
         return true;
     }
+    const Rect3<double> caja = entidad->extension();
+    if (!caja.esValido())
+    {
+        return true;
+    }
     if (pantalla_ != nullptr)
     {
-        pantalla_->zoomExtension(entidad->extension());
+        pantalla_->zoomExtension(caja);
     }
     vistaCambiada(*this);
     return true;
@@ -603,17 +617,18 @@ namespace
 // The plane under a click's pixel, if any; null for typed coordinates.
 Plano* planoBajoClic(EditorDibujo& ed, const cursor_t& cursor)
 {
-    if (cursor.x < 0)
+    if (cursor.x < 0 || ed.pantalla_ == nullptr)
     {
         return nullptr;
     }
-    SeleccionEntidades seleccion(ed.dibujo_);
-    (void)ed.entidadesBajoPixel(cursor, seleccion);
-    for (Entidad* e : seleccion.entidades)
+    // Selected and highlighted planes count too: the pick for a selection would pass them.
+    const int t = Configuracion::instancia().valor(Configuracion::kVentanaReferencia);
+    for (Entidad* e :
+         ed.dibujo_->entidadesCercaPixel(*ed.pantalla_, cursor.x, cursor.y, t, ed.incluyeOcultas))
     {
-        if (std::string(e->etiqueta()) == kFirmaEntidadPlano)
+        if (e->tieneFirma(kFirmaEntidadPlano))
         {
-            return dynamic_cast<Plano*>(e);
+            return static_cast<Plano*>(e);
         }
     }
     return nullptr;
@@ -634,7 +649,9 @@ bool puntosSistema(EditorDibujo& ed, Punto3<double>& origen, Vector3D<double>& x
     }
     Plano* plano = planoBajoClic(ed, pick);
     const bool hayPlano = plano != nullptr;
-    const char* promptX = ed.texto(1, 3, "Seleccione el eje X del sistema local");
+    // Read when its wait starts: the host may reload the catalogue during an earlier wait.
+    const auto promptX = [&ed]()
+    { return ed.texto(1, 3, "Seleccione el eje X del sistema local"); };
     cursor_t cursor;
     if (hayPlano)
     {
@@ -647,7 +664,7 @@ bool puntosSistema(EditorDibujo& ed, Punto3<double>& origen, Vector3D<double>& x
             origen = cursor.get();
             LineaElastica banda(&ed, 13);
             banda.nuevaAncla(origen);
-            dado = ed.getPunto(promptX, cursor, true);
+            dado = ed.getPunto(promptX(), cursor, true);
         }
         // An undo run from inside a wait may have taken the plane away.
         if (!ed.dibujo_->contieneEntidad(plano))
@@ -669,7 +686,7 @@ bool puntosSistema(EditorDibujo& ed, Punto3<double>& origen, Vector3D<double>& x
     origen = pick.get();
     LineaElastica banda(&ed, 13);
     banda.nuevaAncla(origen);
-    if (!ed.getPunto(promptX, cursor, true))
+    if (!ed.getPunto(promptX(), cursor, true))
     {
         return false;
     }
@@ -687,6 +704,10 @@ bool puntosSistema(EditorDibujo& ed, Punto3<double>& origen, Vector3D<double>& x
 
 bool EditorDibujo::comandoSistemaLocal(const std::string* nombre)
 {
+    if (nombre != nullptr && !admiteCadena(*nombre))
+    {
+        return false;
+    }
     iniciaComandoInteractivo(false);
     Punto3<double> origen;
     Vector3D<double> x;
@@ -694,10 +715,18 @@ bool EditorDibujo::comandoSistemaLocal(const std::string* nombre)
     bool hecho = puntosSistema(*this, origen, x, y);
     if (hecho)
     {
-        x = x.unit();
-        y = (y - x * y.dot(x)).unit();
-        // Coincident points, or a Y point on the X axis, give no frame: nothing changes.
-        hecho = x.modulo() > 0.5 && y.modulo() > 0.5;
+        // Coincident points, or a Y point on the X axis (up to rounding), give no frame:
+        // nothing changes.
+        const double largoX = x.modulo();
+        const Vector3D<double> yPerpendicular =
+            largoX > 0.0 ? y - x * (y.dot(x) / (largoX * largoX)) : y;
+        hecho = largoX > 0.0 && std::isfinite(largoX) &&
+                yPerpendicular.modulo() > 1e-12 * y.modulo() && std::isfinite(y.modulo());
+        if (hecho)
+        {
+            x = x.unit();
+            y = yPerpendicular.unit();
+        }
     }
     if (hecho)
     {
@@ -707,12 +736,13 @@ bool EditorDibujo::comandoSistemaLocal(const std::string* nombre)
         if (nombre != nullptr)
         {
             sistema->nombre = *nombre;
-            SistemaLocal* enDibujo = sistema.get();
-            // A system the host refused to insert would be dropped by the next paint.
+            // A copy is activated: the host's callbacks run during the insertion and may
+            // undo it. A system the host refused to insert would be dropped by the next paint.
+            const SistemaLocal copia = *sistema;
             hecho = nuevaEntidad(std::move(sistema));
             if (hecho)
             {
-                activaSistemaLocal(*enDibujo);
+                activaSistemaLocal(copia);
             }
         }
         else
@@ -729,13 +759,13 @@ bool EditorDibujo::comandoInterseccionPlanos()
     iniciaComandoInteractivo(false);
     SeleccionEntidades seleccion(dibujo_);
     Plano* planos[3] = {nullptr, nullptr, nullptr};
-    const char* prompts[3] = {texto(11, 15, "Selecciona el primer plano"),
-                              texto(11, 16, "Selecciona el segundo plano"),
-                              texto(11, 17, "Selecciona el tercer plano")};
+    // Each prompt is read when its wait starts: the host may reload the catalogue meanwhile.
+    const char* const porDefecto[3] = {"Selecciona el primer plano", "Selecciona el segundo plano",
+                                       "Selecciona el tercer plano"};
     bool dados = true;
     for (int i = 0; i < 3 && dados; ++i)
     {
-        planos[i] = otroPlano(*this, prompts[i], seleccion);
+        planos[i] = otroPlano(*this, texto(11, 15 + i, porDefecto[i]), seleccion);
         // An undo run from inside the wait may have taken an earlier plane away.
         dados = planos[i] != nullptr &&
                 std::all_of(planos, planos + i + 1,
@@ -750,7 +780,8 @@ bool EditorDibujo::comandoInterseccionPlanos()
     }
     bool insertado = false;
     Punto3<double> punto;
-    if (dados && puntoComun(*planos[0], *planos[1], *planos[2], punto))
+    if (dados && puntoComun(*planos[0], *planos[1], *planos[2], punto) &&
+        admiteCoordenadas(std::array<double, 3>{punto.x, punto.y, punto.z}.data(), 3))
     {
         insertado = nuevaEntidad(std::make_unique<Punto>(punto.x, punto.y, punto.z));
     }

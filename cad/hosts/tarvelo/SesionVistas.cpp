@@ -157,13 +157,8 @@ void Sesion::creaOrdenesVistas()
 
 bool Sesion::informaVista()
 {
-    cad::Punto3<double> posicion;
     cad::Punto3<double> objetivo;
-    cad::Vector3D<double> direccion;
-    cad::Vector3D<double> arriba;
-    double zoom = 0.0;
-    double angulo = 0.0;
-    pantalla.getCamara(posicion, objetivo, direccion, arriba, zoom, angulo);
+    dibujo.getObjetivoCamara(objetivo.x, objetivo.y, objetivo.z);
     double pixel = 0.0;
     pantalla.tamanoPixel(pixel);
     std::ostringstream s;
