@@ -47,8 +47,9 @@ struct Anfitrion
         w.setSalidaTexto([this](const std::string& t) { textos.push_back(t); });
         w.setPantalla(&wp);
         w.setReactorComandoInteractivo(
-            [this](Estado e)
-            { estados.push_back(e == Estado::kInicio ? 'I' : e == Estado::kFin ? 'F' : 'C'); });
+            [this](Estado e) {
+                estados.push_back(e == Estado::kInicio ? 'I' : e == Estado::kFin ? 'F' : 'C');
+            });
     }
 };
 

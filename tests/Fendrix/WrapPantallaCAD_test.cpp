@@ -1,5 +1,7 @@
 // The display handle and the facade operations that reach the display: setPantalla,
 // painting order, zoom, 2D mode and named views.
+#include "Fendrix/WrapPantallaCAD.h"
+
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -7,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "Fendrix/WrapDibujoCAD.h"
-#include "Fendrix/WrapPantallaCAD.h"
 #include "documento/Dibujo.h"
 #include "editor/EditorDibujo.h"
 #include "entidades/Entidad.h"
@@ -17,9 +18,9 @@
 namespace
 {
 
+using cad::prueba::PantallaGrabadora;
 using Fendrix::WrapDibujoCAD;
 using Fendrix::WrapPantallaCAD;
-using cad::prueba::PantallaGrabadora;
 using Lineas = std::vector<std::string>;
 
 class Punto : public cad::prueba::EntidadPrueba
@@ -86,7 +87,8 @@ TEST(WrapPantallaCAD, ordenDelPintado)
     EXPECT_TRUE(c.w.mDibujo->redibujar);
     c.w.dibuja(&c.wp);
     const Lineas& l = c.p.llamadas;
-    const auto en = [&l](const std::string& s) { return std::find(l.begin(), l.end(), s) - l.begin(); };
+    const auto en = [&l](const std::string& s)
+    { return std::find(l.begin(), l.end(), s) - l.begin(); };
     ASSERT_FALSE(l.empty());
     EXPECT_EQ(l.front(), "inicioDibujo");
     EXPECT_EQ(l.back(), "finDibujo");

@@ -222,10 +222,11 @@ TEST(WrapVistas, esperasSistemasLocalesYFachadaLiberada)
     // The editor's own notices silenced: what the host hears is the facade's.
     d.w.mEditor->funcionActualiza = nullptr;
     d.avisos.clear();
-    EXPECT_FALSE(d.w.comandoZoomExtension(d.lineaA + 8));
-    EXPECT_TRUE(d.avisos.empty());
-    EXPECT_TRUE(d.w.comandoZoomExtension(d.lineaA));
+    // A handle that names nothing moves nothing, and the host is told all the same.
+    EXPECT_TRUE(d.w.comandoZoomExtension(d.lineaA + 8));
     EXPECT_EQ(d.avisos, std::vector<Tipo>({Tipo::kControl}));
+    EXPECT_TRUE(d.w.comandoZoomExtension(d.lineaA));
+    EXPECT_EQ(d.avisos, std::vector<Tipo>({Tipo::kControl, Tipo::kControl}));
 
     d.w.Dispose();
     std::vector<int64_t> hs;

@@ -292,8 +292,8 @@ public:
     void zoomExtension(double factor);
     void zoomExtension(double factorAncho, double factorAlto);
     // The editor's zooms. The whole drawing, or the box of the entity `handle`, fills the
-    // view and the host's update delegate hears kControl; false, with nothing moved or told,
-    // with no editor or for a handle that names no entity of the drawing.
+    // view, then the host's update delegate hears kControl (also when the handle names no
+    // entity: the view then stays). False, with nothing moved or told, with no editor.
     bool comandoZoomExtension();
     bool comandoZoomExtension(int64_t handle);
     void zoomEscala(double escala);

@@ -143,9 +143,12 @@ bool WrapDibujoCAD::comandoZoomExtension()
 
 bool WrapDibujoCAD::comandoZoomExtension(int64_t handle)
 {
-    cad::Entidad* e =
-        mEditor != nullptr && mDibujo != nullptr ? mDibujo->buscaEntidad(handle) : nullptr;
-    if (e == nullptr || !mEditor->zoomExtension(e))
+    if (mEditor == nullptr || mDibujo == nullptr)
+    {
+        return false;
+    }
+    // An unknown handle finds no entity, and the editor's zoom leaves the view for it.
+    if (!mEditor->zoomExtension(mDibujo->buscaEntidad(handle)))
     {
         return false;
     }
