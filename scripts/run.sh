@@ -12,6 +12,13 @@ cmake -S . -B build/biblioteca -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
 cmake --build build/biblioteca >/dev/null
 cmake --install build/biblioteca --prefix "$prefijo" >/dev/null
 
+# The Python package, installed beside the C interface it loads, made importable as
+# `tarvelo` by this user's python3 through a path file in the user's site folder.
+paquete="$(find "$prefijo" -path '*/dist-packages/tarvelo/__init__.py' -print -quit)"
+sitio="$(/usr/bin/python3 -m site --user-site)"
+mkdir -p "$sitio"
+dirname "$(dirname "$paquete")" > "$sitio/tarvelo.pth"
+
 cmake -S cad/hosts/tarvelo -B build/tarvelo -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DCMAKE_PREFIX_PATH="$prefijo" >/dev/null
 cmake --build build/tarvelo >/dev/null

@@ -6,7 +6,7 @@ set -euo pipefail
 paquetes=(cmake ninja-build g++ make libgtest-dev libgmock-dev libbenchmark-dev python3
     clang libclang-rt-14-dev python3-ezdxf libtinyobjloader-dev libdxflib-dev librecad
     poppler-utils libgl-dev libegl-dev libgl1-mesa-dri libegl-mesa0 libpng-dev libjpeg-dev
-    libfreetype-dev fonts-dejavu-core qtbase5-dev xvfb xauth)
+    libfreetype-dev fonts-dejavu-core qtbase5-dev xvfb xauth python3-numpy python3-pytest)
 faltan=()
 for p in "${paquetes[@]}"; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

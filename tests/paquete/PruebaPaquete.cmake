@@ -88,6 +88,41 @@ if(NOT r EQUAL 0 OR NOT salidaPrograma MATCHES "^19 entidades, modelo de 1 caras
     message(FATAL_ERROR "the umbrella-header program failed: ${r}\n${salidaPrograma}${errores}")
 endif()
 
+# The C interface from the same package: its header and library, used by an outside C
+# program; and the Python package installed beside them, which finds that library by itself.
+execute_process(COMMAND ${CMAKE_COMMAND} -S "${FUENTE}/tests/paquete/programa_c"
+    -B "${TRABAJO}/programa_c" -G "${GENERADOR}" "-DCMAKE_PREFIX_PATH=${TRABAJO}/prefijo"
+    "-DCMAKE_C_FLAGS=${BANDERAS}" "-DCMAKE_EXE_LINKER_FLAGS=${BANDERAS}"
+    RESULT_VARIABLE r)
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "configuring the C program against the installed package failed: ${r}")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} --build "${TRABAJO}/programa_c" RESULT_VARIABLE r)
+if(NOT r EQUAL 0)
+    message(FATAL_ERROR "a C program on the installed tarvelo.h does not build: ${r}")
+endif()
+execute_process(COMMAND "${TRABAJO}/programa_c/programa_c" "${TRABAJO}"
+    RESULT_VARIABLE r OUTPUT_VARIABLE salidaC ERROR_VARIABLE errores)
+if(NOT r EQUAL 0 OR NOT salidaC MATCHES "^[0-9.]+: 1 grupo de 2 puntos")
+    message(FATAL_ERROR "the C program failed: ${r}\n${salidaC}${errores}")
+endif()
+# Python cannot load the sanitized library without preloading the sanitizers' runtime.
+if(BANDERAS STREQUAL "")
+    file(GLOB_RECURSE paquetePython "${TRABAJO}/prefijo/*/dist-packages/tarvelo/__init__.py")
+    if(NOT paquetePython)
+        message(FATAL_ERROR "the Python package was not installed")
+    endif()
+    list(GET paquetePython 0 paquetePython)
+    get_filename_component(sitio "${paquetePython}" DIRECTORY)
+    get_filename_component(sitio "${sitio}" DIRECTORY)
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=TARVELO_C_LIB "PYTHONPATH=${sitio}"
+        /usr/bin/python3 -c "import tarvelo; print(tarvelo.version(), tarvelo.__file__)"
+        WORKING_DIRECTORY "${TRABAJO}" RESULT_VARIABLE r OUTPUT_VARIABLE s ERROR_VARIABLE e)
+    if(NOT r EQUAL 0 OR NOT s MATCHES "^[0-9.]+ ${sitio}/tarvelo/__init__.py")
+        message(FATAL_ERROR "import tarvelo from the installed package failed: ${r}\n${s}${e}")
+    endif()
+endif()
+
 # The DXF the demo wrote must pass the independent audit, when the auditor is installed.
 if(EXISTS "${AUDITOR}")
     execute_process(COMMAND /usr/bin/python3 -c "import ezdxf" RESULT_VARIABLE sinEzdxf

@@ -1,7 +1,6 @@
 // The subcommands of the command-line host.
 #pragma once
 
-#include <iosfwd>
 #include <string>
 
 namespace Fendrix
@@ -18,12 +17,4 @@ void construyeDemo(Fendrix::WrapDibujoCAD& dibujo);
 // Writes the images the demo's materials name (a facade texture, a 360 photo) under `carpeta`, the
 // drawing's folder. False, with the reason, when one could not be written.
 bool escribeImagenesDemo(const std::string& carpeta, std::string& error);
-// A readable summary: layers with colour name or RGB and flags, materials, styles,
-// variables, views.
-void imprimeResumen(Fendrix::WrapDibujoCAD& dibujo, std::ostream& salida);
-// Layers, entity counts by kind, extents.
-void imprimeInfo(Fendrix::WrapDibujoCAD& dibujo, std::ostream& salida);
-// Compares what a save and a load must keep; writes each difference and returns their count.
-int comparaDibujos(Fendrix::WrapDibujoCAD& a, Fendrix::WrapDibujoCAD& b, std::ostream& salida);
-
 }  // namespace tarvelo

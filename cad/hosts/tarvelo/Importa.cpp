@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <system_error>
@@ -32,11 +33,13 @@ std::string extension(const std::string& ruta)
     return e;
 }
 
+using Progreso = std::function<void(double)>;
+
 // A progress line rewritten in place, one step per whole percent.
-class Progreso
+class LineaProgreso
 {
 public:
-    Progreso(std::ostream& s, bool activo) : salida(s), activo_(activo) {}
+    LineaProgreso(std::ostream& s, bool activo) : salida(s), activo_(activo) {}
     void operator()(double fraccion)
     {
         const int tanto = static_cast<int>(fraccion * 100.0);
@@ -77,7 +80,7 @@ void lista(std::ostream& s, const char* titulo, const std::vector<std::string>& 
 }
 
 bool importaDXF(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s,
-                Progreso& progreso, std::string& error)
+                const Progreso& progreso, std::string& error)
 {
     const size_t capasAntes = dibujo.capas.size();
     cad::ImportaDXF lector(&dibujo);
@@ -122,7 +125,7 @@ bool importaDXF(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s
 }
 
 bool importaOBJ(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& s,
-                Progreso& progreso, std::string& error)
+                const Progreso& progreso, std::string& error)
 {
     auto modelo = std::make_unique<cad::Policara>();
     cad::informeOBJ_t i;
@@ -172,7 +175,14 @@ bool importaFichero(cad::Dibujo& dibujo, const std::string& entrada, std::ostrea
 {
     std::error_code ec;
     const std::uintmax_t tamano = std::filesystem::file_size(entrada, ec);
-    Progreso aviso(errores, !ec && tamano > kFicheroGrande);
+    return importaFichero(dibujo, entrada, informe,
+                          LineaProgreso(errores, !ec && tamano > kFicheroGrande), error);
+}
+
+bool importaFichero(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& informe,
+                    const std::function<void(double)>& progreso, std::string& error)
+{
+    const Progreso aviso = progreso ? progreso : [](double) {};
     return extension(entrada) == ".dxf" ? importaDXF(dibujo, entrada, informe, aviso, error)
                                         : importaOBJ(dibujo, entrada, informe, aviso, error);
 }

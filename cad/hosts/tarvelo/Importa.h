@@ -1,6 +1,7 @@
 // The `importa` order: a DXF or OBJ file into a drawing, with a report of what came in.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 
@@ -20,6 +21,9 @@ bool esImportable(const std::string& entrada);
 // read.
 bool importaFichero(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& informe,
                     std::ostream& errores, std::string& error);
+// The same, telling `progreso` (when set) how far the reading has gone, from 0 to 1.
+bool importaFichero(cad::Dibujo& dibujo, const std::string& entrada, std::ostream& informe,
+                    const std::function<void(double)>& progreso, std::string& error);
 
 // Reads `entrada` (.dxf or .obj, by its extension, any case) into the drawing `salida` when
 // that file exists, or into a new one, prints what came in on `informe` and saves to `salida`.

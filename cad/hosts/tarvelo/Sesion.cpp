@@ -115,7 +115,7 @@ bool Sesion::abreInicial(const std::string& fichero)
     return abreDibujo(fichero);
 }
 
-int Sesion::ejecuta()
+void Sesion::recorre()
 {
     cad::ColaMensajes& cola = cad::ColaMensajes::delHilo();
     const PasoInstalado instalado([this]() { paso(); });
@@ -123,6 +123,24 @@ int Sesion::ejecuta()
     {
         cola.ejecutaUno();
     }
+}
+
+int Sesion::ejecutaGuion(std::istream& lineas)
+{
+    std::istream* anterior = entrada;
+    entrada = &lineas;
+    terminando = salir = fallada = false;
+    cancelacionesAlTerminar = 0;
+    numeroLinea = 0;
+    recorre();
+    entrada = anterior;
+    salida << std::flush;
+    return codigo();
+}
+
+int Sesion::ejecuta()
+{
+    recorre();
     if (dibujo.hayCambios())
     {
         salida << "Se descartan los cambios sin guardar\n";
@@ -485,6 +503,33 @@ void Sesion::reiniciaEditor()
 {
     // The facade makes a new editor here and re-attaches the text output.
     dibujo.setPantalla(&envoltorio);
+}
+
+void Sesion::nuevo()
+{
+    reiniciaEditor();
+    dibujo.nuevoDocumento();
+    fijaCamara();
+    ficheroActual.clear();
+    avisoCambiosDado = false;
+}
+
+bool Sesion::abre(const std::string& fichero, std::string& mensaje, int64_t& danadas)
+{
+    // One read only: a drawing of millions of points is not read twice. The checked read
+    // leaves the drawing as it was when it fails; the undo history goes in any case, as the
+    // read activates the file's local system on the editor that exists then.
+    reiniciaEditor();
+    danadas = 0;
+    if (!dibujo.leeComprobado(fichero, mensaje, danadas))
+    {
+        return false;
+    }
+    fijaCamara();
+    dibujo.borraMarcaCambios();
+    ficheroActual = fichero;
+    avisoCambiosDado = false;
+    return true;
 }
 
 bool Sesion::abreDibujo(const std::string& fichero)

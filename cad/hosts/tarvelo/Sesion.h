@@ -60,10 +60,22 @@ public:
     // stays empty.
     bool abreInicial(const std::string& fichero);
 
+    // An empty drawing in place of the open one, with a fresh editor.
+    void nuevo();
+    // Reads `fichero` in place of the open drawing, which becomes the file `guarda` writes.
+    // False, with the reason in `mensaje`, when it can't be read: the drawing stays as it
+    // was, its undo history does not. `danadas` counts the entities of a damaged file kept
+    // unread, `mensaje` then saying so.
+    bool abre(const std::string& fichero, std::string& mensaje, int64_t& danadas);
+
     // Runs until `sal` or the end of the input; at the end of the input a command that
     // still waits is cancelled first. Returns 0, or 1 when an order failed under
     // detieneAlFallar. Installs the queue's external step for the run and removes it after.
     int ejecuta();
+    // Runs the lines of `lineas` as a script, as ejecuta runs its input, on the drawing as it
+    // stands; it can be called again with more lines. Returns ejecuta's code for this run.
+    // The drawing is kept whatever it holds: nothing is said of unsaved changes.
+    int ejecutaGuion(std::istream& lineas);
 
     // A line typed by the user, handled as ejecuta handles a line read: echoed after the
     // marker under `eco`, then posted to the thread's queue. With no order running nothing
@@ -109,6 +121,8 @@ private:
     Sesion(std::unique_ptr<cad::PantallaReferencia> propia, cad::PantallaReferencia* ajena,
            std::ostream& salida, opciones_t opciones);
 
+    // Pumps the thread's queue, reading from `entrada`, until the run ends.
+    void recorre();
     // The queue's external step: reads one line and posts it.
     void paso();
     // The next line, trimmed; false at the end of the input. Comments (echoed) and empty

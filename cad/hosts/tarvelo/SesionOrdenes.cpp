@@ -8,7 +8,7 @@
 #include <system_error>
 #include <unordered_map>
 
-#include "Demo.h"
+#include "Informe.h"
 #include "Sesion.h"
 #include "base/geometria/Rect3.h"
 #include "documento/Dibujo.h"
@@ -430,11 +430,7 @@ void Sesion::creaOrdenes()
             {"nuevo", "", "empieza un dibujo vacío", 0, 0, true,
              [this](const args_t&)
              {
-                 reiniciaEditor();
-                 dibujo.nuevoDocumento();
-                 fijaCamara();
-                 ficheroActual.clear();
-                 avisoCambiosDado = false;
+                 nuevo();
                  salida << "Dibujo nuevo\n";
                  return true;
              }},

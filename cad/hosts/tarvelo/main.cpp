@@ -13,6 +13,7 @@
 #include "Dibuja.h"
 #include "Fendrix/Fendrix.h"
 #include "Importa.h"
+#include "Informe.h"
 #include "Sesion.h"
 #include "base/Excepcion.h"
 
