@@ -211,880 +211,863 @@ tv_estado ponVariable(tv_dibujo* d, const char* nombre, F&& f)
 
 }  // namespace
 
-extern "C"
+namespace
 {
-    const char* tv_version(void)
+
+// A count the facade gives.
+template <typename F>
+tv_estado cuenta(tv_dibujo* d, int32_t* n, F&& f)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        if (!tarvelo_c::salidaNoNula(x, n))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        *n = f(x.fachada());
+                        return TV_OK;
+                    });
+}
+
+// The name of item `indice` of a list the facade counts (`total`) and names (`nombre`).
+template <typename T, typename N>
+tv_estado nombrePorIndice(tv_dibujo* d, int32_t indice, const char** nombre, const char* que,
+                          T&& total, N&& nombreDe)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        if (!tarvelo_c::salidaNoNula(x, nombre))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (indice < 0 || indice >= total(x.fachada()))
+                        {
+                            return falla(
+                                &x, TV_ERROR_NO_ENCONTRADO,
+                                std::string("no hay ") + que + " número " + std::to_string(indice));
+                        }
+                        *nombre = x.guarda(nombreDe(x.fachada()));
+                        return TV_OK;
+                    });
+}
+
+}  // namespace
+
+// The functions keep the C linkage of their declarations in tarvelo.h.
+const char* tv_version(void)
+{
+    return TARVELO_VERSION;
+}
+
+const char* tv_mensaje(const tv_dibujo* d)
+{
+    return tarvelo_c::vivo(d) ? d->mensaje.c_str() : ultimoMensaje.c_str();
+}
+
+const char* tv_ultimo_mensaje(void)
+{
+    return ultimoMensaje.c_str();
+}
+
+const char* tv_nombre_estado(tv_estado e)
+{
+    switch (e)
     {
-        return TARVELO_VERSION;
+        case TV_OK:
+            return "TV_OK";
+        case TV_ERROR_MANEJADOR:
+            return "TV_ERROR_MANEJADOR";
+        case TV_ERROR_ARGUMENTO:
+            return "TV_ERROR_ARGUMENTO";
+        case TV_ERROR_LONGITUD:
+            return "TV_ERROR_LONGITUD";
+        case TV_ERROR_ENTIDAD:
+            return "TV_ERROR_ENTIDAD";
+        case TV_ERROR_NO_ENCONTRADO:
+            return "TV_ERROR_NO_ENCONTRADO";
+        case TV_ERROR_FICHERO:
+            return "TV_ERROR_FICHERO";
+        case TV_ERROR_RECHAZADO:
+            return "TV_ERROR_RECHAZADO";
+        case TV_ERROR_GUION:
+            return "TV_ERROR_GUION";
+        case TV_ERROR_OCUPADO:
+            return "TV_ERROR_OCUPADO";
+        case TV_ERROR_INTERNO:
+            return "TV_ERROR_INTERNO";
     }
+    return "TV_ESTADO_DESCONOCIDO";
+}
 
-    const char* tv_mensaje(const tv_dibujo* d)
+// --- displays ------------------------------------------------------------------------
+
+tv_estado tv_pantalla_nueva(int32_t ancho, int32_t alto, tv_pantalla** p)
+{
+    if (p == nullptr)
     {
-        return tarvelo_c::vivo(d) ? d->mensaje.c_str() : ultimoMensaje.c_str();
+        return falla(nullptr, TV_ERROR_ARGUMENTO, "falta el puntero donde dejar la pantalla");
     }
-
-    const char* tv_ultimo_mensaje(void)
+    if (ancho < 1 || ancho > 16384 || alto < 1 || alto > 16384)
     {
-        return ultimoMensaje.c_str();
+        return falla(nullptr, TV_ERROR_ARGUMENTO,
+                     "una pantalla mide de 1 a 16384 pixeles de ancho y de alto");
     }
-
-    const char* tv_nombre_estado(tv_estado e)
+    try
     {
-        switch (e)
-        {
-            case TV_OK:
-                return "TV_OK";
-            case TV_ERROR_MANEJADOR:
-                return "TV_ERROR_MANEJADOR";
-            case TV_ERROR_ARGUMENTO:
-                return "TV_ERROR_ARGUMENTO";
-            case TV_ERROR_LONGITUD:
-                return "TV_ERROR_LONGITUD";
-            case TV_ERROR_ENTIDAD:
-                return "TV_ERROR_ENTIDAD";
-            case TV_ERROR_NO_ENCONTRADO:
-                return "TV_ERROR_NO_ENCONTRADO";
-            case TV_ERROR_FICHERO:
-                return "TV_ERROR_FICHERO";
-            case TV_ERROR_RECHAZADO:
-                return "TV_ERROR_RECHAZADO";
-            case TV_ERROR_GUION:
-                return "TV_ERROR_GUION";
-            case TV_ERROR_OCUPADO:
-                return "TV_ERROR_OCUPADO";
-            case TV_ERROR_INTERNO:
-                return "TV_ERROR_INTERNO";
-        }
-        return "TV_ESTADO_DESCONOCIDO";
-    }
-
-    // --- displays ------------------------------------------------------------------------
-
-    tv_estado tv_pantalla_nueva(int32_t ancho, int32_t alto, tv_pantalla** p)
-    {
-        if (p == nullptr)
-        {
-            return falla(nullptr, TV_ERROR_ARGUMENTO, "falta el puntero donde dejar la pantalla");
-        }
-        if (ancho < 1 || ancho > 16384 || alto < 1 || alto > 16384)
-        {
-            return falla(nullptr, TV_ERROR_ARGUMENTO,
-                         "una pantalla mide de 1 a 16384 pixeles de ancho y de alto");
-        }
-        try
-        {
-            auto nueva = std::make_unique<tv_pantalla>();
-            nueva->pantalla = std::make_shared<cad::PantallaReferencia>();
-            // Nothing reads the call record, which would otherwise grow with every repaint.
-            nueva->pantalla->grabando = false;
-            nueva->pantalla->setTamano(ancho, alto);
-            tarvelo_c::registra(nueva.get());
-            *p = nueva.release();
-            return TV_OK;
-        }
-        catch (const std::exception& e)
-        {
-            return falla(nullptr, TV_ERROR_INTERNO, std::string("error interno: ") + e.what());
-        }
-    }
-
-    tv_estado tv_pantalla_libera(tv_pantalla* p)
-    {
-        if (p == nullptr)
-        {
-            return TV_OK;
-        }
-        if (!tarvelo_c::vivo(p))
-        {
-            return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
-        }
-        tarvelo_c::olvida(p);
-        delete p;
+        auto nueva = std::make_unique<tv_pantalla>();
+        nueva->pantalla = std::make_shared<cad::PantallaReferencia>();
+        // Nothing reads the call record, which would otherwise grow with every repaint.
+        nueva->pantalla->grabando = false;
+        nueva->pantalla->setTamano(ancho, alto);
+        tarvelo_c::registra(nueva.get());
+        *p = nueva.release();
         return TV_OK;
     }
-
-    tv_estado tv_pantalla_camara(tv_pantalla* p, const double posicion[3], const double objetivo[3],
-                                 const double arriba[3])
+    catch (const std::exception& e)
     {
-        if (!tarvelo_c::vivo(p))
-        {
-            return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
-        }
-        if (posicion == nullptr || objetivo == nullptr || arriba == nullptr)
-        {
-            return falla(nullptr, TV_ERROR_ARGUMENTO, "faltan las coordenadas de la cámara");
-        }
-        for (int i = 0; i < 3; ++i)
-        {
-            if (!std::isfinite(posicion[i]) || !std::isfinite(objetivo[i]) ||
-                !std::isfinite(arriba[i]))
-            {
-                return falla(nullptr, TV_ERROR_ARGUMENTO,
-                             "una coordenada de la cámara no es finita");
-            }
-        }
-        const cad::Punto3<double> pos(posicion[0], posicion[1], posicion[2]);
-        const cad::Punto3<double> obj(objetivo[0], objetivo[1], objetivo[2]);
-        const cad::Vector3D<double> arr(arriba[0], arriba[1], arriba[2]);
-        if (pos == obj || arr.modulo() == 0.0)
-        {
-            return falla(nullptr, TV_ERROR_ARGUMENTO,
-                         "la cámara necesita un objetivo distinto de su posición y una dirección "
-                         "hacia arriba");
-        }
-        cad::PantallaReferencia& pr = *p->pantalla;
-        pr.setCamara(pos, obj, arr, pr.zoom, pr.angulo);
+        return falla(nullptr, TV_ERROR_INTERNO, std::string("error interno: ") + e.what());
+    }
+}
+
+tv_estado tv_pantalla_libera(tv_pantalla* p)
+{
+    if (p == nullptr)
+    {
         return TV_OK;
     }
-
-    tv_estado tv_pantalla_estado(const tv_pantalla* p, int32_t* ancho, int32_t* alto,
-                                 size_t* primitivas)
+    if (!tarvelo_c::vivo(p))
     {
-        if (!tarvelo_c::vivo(p))
+        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
+    }
+    tarvelo_c::olvida(p);
+    delete p;
+    return TV_OK;
+}
+
+tv_estado tv_pantalla_camara(tv_pantalla* p, const double posicion[3], const double objetivo[3],
+                             const double arriba[3])
+{
+    if (!tarvelo_c::vivo(p))
+    {
+        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
+    }
+    if (posicion == nullptr || objetivo == nullptr || arriba == nullptr)
+    {
+        return falla(nullptr, TV_ERROR_ARGUMENTO, "faltan las coordenadas de la cámara");
+    }
+    for (int i = 0; i < 3; ++i)
+    {
+        if (!std::isfinite(posicion[i]) || !std::isfinite(objetivo[i]) || !std::isfinite(arriba[i]))
         {
-            return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
+            return falla(nullptr, TV_ERROR_ARGUMENTO, "una coordenada de la cámara no es finita");
         }
-        const cad::PantallaReferencia& pr = *p->pantalla;
-        if (ancho != nullptr)
+    }
+    const cad::Punto3<double> pos(posicion[0], posicion[1], posicion[2]);
+    const cad::Punto3<double> obj(objetivo[0], objetivo[1], objetivo[2]);
+    const cad::Vector3D<double> arr(arriba[0], arriba[1], arriba[2]);
+    if (pos == obj || arr.modulo() == 0.0)
+    {
+        return falla(nullptr, TV_ERROR_ARGUMENTO,
+                     "la cámara necesita un objetivo distinto de su posición y una dirección "
+                     "hacia arriba");
+    }
+    cad::PantallaReferencia& pr = *p->pantalla;
+    pr.setCamara(pos, obj, arr, pr.zoom, pr.angulo);
+    return TV_OK;
+}
+
+tv_estado tv_pantalla_estado(const tv_pantalla* p, int32_t* ancho, int32_t* alto,
+                             size_t* primitivas)
+{
+    if (!tarvelo_c::vivo(p))
+    {
+        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
+    }
+    const cad::PantallaReferencia& pr = *p->pantalla;
+    if (ancho != nullptr)
+    {
+        *ancho = pr.ancho;
+    }
+    if (alto != nullptr)
+    {
+        *alto = pr.alto;
+    }
+    if (primitivas != nullptr)
+    {
+        *primitivas = pr.escena.size() + pr.superposicion.size();
+    }
+    return TV_OK;
+}
+
+// --- drawings ------------------------------------------------------------------------
+
+tv_estado tv_dibujo_nuevo(tv_pantalla* p, tv_dibujo** d)
+{
+    if (d == nullptr)
+    {
+        return falla(nullptr, TV_ERROR_ARGUMENTO, "falta el puntero donde dejar el dibujo");
+    }
+    if (p != nullptr && !tarvelo_c::vivo(p))
+    {
+        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
+    }
+    try
+    {
+        auto nuevo = std::make_unique<tv_dibujo>();
+        // A script echoes each line after its marker, and stops at the first failed order.
+        tarvelo::Sesion::opciones_t opciones;
+        opciones.eco = true;
+        opciones.detieneAlFallar = true;
+        if (p != nullptr)
         {
-            *ancho = pr.ancho;
+            nuevo->pantalla = p->pantalla;
+            nuevo->sesion =
+                std::make_unique<tarvelo::Sesion>(*nuevo->pantalla, nuevo->salida, opciones);
         }
-        if (alto != nullptr)
+        else
         {
-            *alto = pr.alto;
+            nuevo->sesion =
+                std::make_unique<tarvelo::Sesion>(nuevo->sinEntrada, nuevo->salida, opciones);
         }
-        if (primitivas != nullptr)
-        {
-            *primitivas = pr.escena.size() + pr.superposicion.size();
-        }
+        tarvelo_c::registra(nuevo.get());
+        *d = nuevo.release();
         return TV_OK;
     }
-
-    // --- drawings ------------------------------------------------------------------------
-
-    tv_estado tv_dibujo_nuevo(tv_pantalla* p, tv_dibujo** d)
+    catch (const std::exception& e)
     {
-        if (d == nullptr)
-        {
-            return falla(nullptr, TV_ERROR_ARGUMENTO, "falta el puntero donde dejar el dibujo");
-        }
-        if (p != nullptr && !tarvelo_c::vivo(p))
-        {
-            return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
-        }
-        try
-        {
-            auto nuevo = std::make_unique<tv_dibujo>();
-            // A script echoes each line after its marker, and stops at the first failed order.
-            tarvelo::Sesion::opciones_t opciones;
-            opciones.eco = true;
-            opciones.detieneAlFallar = true;
-            if (p != nullptr)
-            {
-                nuevo->pantalla = p->pantalla;
-                nuevo->sesion =
-                    std::make_unique<tarvelo::Sesion>(*nuevo->pantalla, nuevo->salida, opciones);
-            }
-            else
-            {
-                nuevo->sesion =
-                    std::make_unique<tarvelo::Sesion>(nuevo->sinEntrada, nuevo->salida, opciones);
-            }
-            tarvelo_c::registra(nuevo.get());
-            *d = nuevo.release();
-            return TV_OK;
-        }
-        catch (const std::exception& e)
-        {
-            return falla(nullptr, TV_ERROR_INTERNO, std::string("error interno: ") + e.what());
-        }
+        return falla(nullptr, TV_ERROR_INTERNO, std::string("error interno: ") + e.what());
     }
+}
 
-    tv_estado tv_dibujo_libera(tv_dibujo* d)
+tv_estado tv_dibujo_libera(tv_dibujo* d)
+{
+    if (d == nullptr)
     {
-        if (d == nullptr)
-        {
-            return TV_OK;
-        }
-        if (!tarvelo_c::vivo(d))
-        {
-            return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es un dibujo abierto");
-        }
-        if (d->ocupado)
-        {
-            return falla(d, TV_ERROR_OCUPADO,
-                         "el dibujo no se puede liberar desde su propio aviso");
-        }
-        tarvelo_c::olvida(d);
-        delete d;
         return TV_OK;
     }
-
-    tv_estado tv_dibujo_vacia(tv_dibujo* d)
+    if (!tarvelo_c::vivo(d))
     {
-        return enDibujo(d,
-                        [](tv_dibujo& x)
-                        {
-                            x.sesion->nuevo();
-                            return TV_OK;
-                        });
+        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es un dibujo abierto");
     }
-
-    tv_estado tv_dibujo_abre(tv_dibujo* d, const char* fichero, int64_t* danadas)
+    if (d->ocupado)
     {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
-                        {
-                            std::string ruta;
-                            if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            std::string mensaje;
-                            int64_t n = 0;
-                            if (!x.sesion->abre(ruta, mensaje, n))
-                            {
-                                return falla(&x, TV_ERROR_FICHERO,
-                                             "no se pudo leer el dibujo " + ruta + ": " + mensaje);
-                            }
-                            // A damaged file read in part: the message says so, and the call
-                            // still succeeds.
-                            x.mensaje = mensaje;
-                            if (danadas != nullptr)
-                            {
-                                *danadas = n;
-                            }
-                            return TV_OK;
-                        });
+        return falla(d, TV_ERROR_OCUPADO, "el dibujo no se puede liberar desde su propio aviso");
     }
+    tarvelo_c::olvida(d);
+    delete d;
+    return TV_OK;
+}
 
-    tv_estado tv_dibujo_guarda(tv_dibujo* d, const char* fichero)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+tv_estado tv_dibujo_vacia(tv_dibujo* d)
+{
+    return enDibujo(d,
+                    [](tv_dibujo& x)
+                    {
+                        x.sesion->nuevo();
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_abre(tv_dibujo* d, const char* fichero, int64_t* danadas)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string ruta;
+                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
                         {
-                            std::string ruta;
-                            if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            std::string mensaje;
-                            if (!x.fachada().guardaComprobado(ruta, mensaje))
-                            {
-                                return falla(&x, TV_ERROR_FICHERO,
-                                             "no se pudo guardar " + ruta + ": " + mensaje);
-                            }
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_exporta_dxf(tv_dibujo* d, const char* fichero)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        std::string mensaje;
+                        int64_t n = 0;
+                        if (!x.sesion->abre(ruta, mensaje, n))
                         {
-                            std::string ruta;
-                            if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            std::string mensaje;
-                            if (!x.fachada().exportaDXFComprobado(ruta, mensaje))
-                            {
-                                return falla(&x, TV_ERROR_FICHERO,
-                                             "no se pudo escribir " + ruta + ": " + mensaje);
-                            }
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_importa(tv_dibujo* d, const char* fichero, tv_progreso progreso,
-                                void* usuario, const char** informe)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            return falla(&x, TV_ERROR_FICHERO,
+                                         "no se pudo leer el dibujo " + ruta + ": " + mensaje);
+                        }
+                        // A damaged file read in part: the message says so, and the call
+                        // still succeeds.
+                        x.mensaje = mensaje;
+                        if (danadas != nullptr)
                         {
-                            std::string ruta;
-                            if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            if (!tarvelo::esImportable(ruta))
-                            {
-                                return falla(&x, TV_ERROR_ARGUMENTO, ruta + " no es .dxf ni .obj");
-                            }
-                            std::ostringstream texto;
-                            std::string error;
-                            std::function<void(double)> aviso;
-                            if (progreso != nullptr)
-                            {
-                                aviso = [progreso, usuario](double f) { progreso(f, usuario); };
-                            }
-                            if (!tarvelo::importaFichero(x.dibujo(), ruta, texto, aviso, error))
-                            {
-                                return falla(&x, TV_ERROR_FICHERO,
-                                             "no se pudo importar " + ruta + ": " + error);
-                            }
-                            if (informe != nullptr)
-                            {
-                                *informe = x.guarda(texto.str());
-                            }
-                            return TV_OK;
-                        });
-    }
+                            *danadas = n;
+                        }
+                        return TV_OK;
+                    });
+}
 
-    tv_estado tv_dibujo_hay_cambios(tv_dibujo* d, int* cambios)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+tv_estado tv_dibujo_guarda(tv_dibujo* d, const char* fichero)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string ruta;
+                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
                         {
-                            if (!tarvelo_c::salidaNoNula(x, cambios))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            *cambios = x.fachada().hayCambios() ? 1 : 0;
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_ejecuta(tv_dibujo* d, const char* lineas, const char** transcripcion)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        std::string mensaje;
+                        if (!x.fachada().guardaComprobado(ruta, mensaje))
                         {
-                            std::string guion;
-                            if (!tarvelo_c::texto(x, lineas, "el texto del guion", guion))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            std::istringstream entrada(guion);
-                            const int codigo = x.sesion->ejecutaGuion(entrada);
-                            const std::string dicho = x.salida.str();
-                            if (transcripcion != nullptr)
-                            {
-                                *transcripcion = x.guarda(dicho);
-                            }
-                            if (codigo != 0)
-                            {
-                                // The transcript's last lines say which order failed and why.
-                                const size_t corte = dicho.size() > 2000 ? dicho.size() - 2000 : 0;
-                                return falla(&x, TV_ERROR_GUION,
-                                             "el guion se detuvo: " + dicho.substr(corte));
-                            }
-                            return TV_OK;
-                        });
-    }
+                            return falla(&x, TV_ERROR_FICHERO,
+                                         "no se pudo guardar " + ruta + ": " + mensaje);
+                        }
+                        return TV_OK;
+                    });
+}
 
-    // --- layers ------------------------------------------------------------------------
-
-    tv_estado tv_dibujo_numero_capas(tv_dibujo* d, int32_t* n)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+tv_estado tv_dibujo_exporta_dxf(tv_dibujo* d, const char* fichero)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string ruta;
+                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
                         {
-                            if (!tarvelo_c::salidaNoNula(x, n))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            *n = x.fachada().numeroCapas();
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_capa(tv_dibujo* d, int32_t indice, const char** nombre)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        std::string mensaje;
+                        if (!x.fachada().exportaDXFComprobado(ruta, mensaje))
                         {
-                            if (!tarvelo_c::salidaNoNula(x, nombre))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            if (indice < 0 || indice >= x.fachada().numeroCapas())
-                            {
-                                return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                             "no hay capa número " + std::to_string(indice));
-                            }
-                            *nombre = x.guarda(x.fachada().capa(indice));
-                            return TV_OK;
-                        });
-    }
+                            return falla(&x, TV_ERROR_FICHERO,
+                                         "no se pudo escribir " + ruta + ": " + mensaje);
+                        }
+                        return TV_OK;
+                    });
+}
 
-    tv_estado tv_dibujo_nueva_capa(tv_dibujo* d, const char* nombre, int32_t r, int32_t g,
-                                   int32_t b, int actual)
+tv_estado tv_dibujo_importa(tv_dibujo* d, const char* fichero, tv_progreso progreso, void* usuario,
+                            const char** informe)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string ruta;
+                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (!tarvelo::esImportable(ruta))
+                        {
+                            return falla(&x, TV_ERROR_ARGUMENTO, ruta + " no es .dxf ni .obj");
+                        }
+                        std::ostringstream texto;
+                        std::string error;
+                        std::function<void(double)> aviso;
+                        if (progreso != nullptr)
+                        {
+                            aviso = [progreso, usuario](double f) { progreso(f, usuario); };
+                        }
+                        if (!tarvelo::importaFichero(x.dibujo(), ruta, texto, aviso, error))
+                        {
+                            return falla(&x, TV_ERROR_FICHERO,
+                                         "no se pudo importar " + ruta + ": " + error);
+                        }
+                        if (informe != nullptr)
+                        {
+                            *informe = x.guarda(texto.str());
+                        }
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_hay_cambios(tv_dibujo* d, int* cambios)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        if (!tarvelo_c::salidaNoNula(x, cambios))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        *cambios = x.fachada().hayCambios() ? 1 : 0;
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_ejecuta(tv_dibujo* d, const char* lineas, const char** transcripcion)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string guion;
+                        if (!tarvelo_c::texto(x, lineas, "el texto del guion", guion))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        std::istringstream entrada(guion);
+                        const int codigo = x.sesion->ejecutaGuion(entrada);
+                        const std::string dicho = x.salida.str();
+                        if (transcripcion != nullptr)
+                        {
+                            *transcripcion = x.guarda(dicho);
+                        }
+                        if (codigo != 0)
+                        {
+                            // The transcript's last lines say which order failed and why.
+                            const size_t corte = dicho.size() > 2000 ? dicho.size() - 2000 : 0;
+                            return falla(&x, TV_ERROR_GUION,
+                                         "el guion se detuvo: " + dicho.substr(corte));
+                        }
+                        return TV_OK;
+                    });
+}
+
+// --- layers ------------------------------------------------------------------------
+
+tv_estado tv_dibujo_numero_capas(tv_dibujo* d, int32_t* n)
+{
+    return cuenta(d, n, [](WrapDibujoCAD& f) { return f.numeroCapas(); });
+}
+
+tv_estado tv_dibujo_capa(tv_dibujo* d, int32_t indice, const char** nombre)
+{
+    return nombrePorIndice(
+        d, indice, nombre, "capa", [](WrapDibujoCAD& f) { return f.numeroCapas(); },
+        [&](WrapDibujoCAD& f) { return f.capa(indice); });
+}
+
+tv_estado tv_dibujo_nueva_capa(tv_dibujo* d, const char* nombre, int32_t r, int32_t g, int32_t b,
+                               int actual)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string n;
+                        if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (!canal(r) || !canal(g) || !canal(b))
+                        {
+                            return falla(&x, TV_ERROR_ARGUMENTO,
+                                         "cada componente del color va de 0 a 255");
+                        }
+                        if (n.empty())
+                        {
+                            return falla(&x, TV_ERROR_ARGUMENTO, "una capa necesita nombre");
+                        }
+                        WrapDibujoCAD& f = x.fachada();
+                        if (f.existeCapa(n, false))
+                        {
+                            return falla(&x, TV_ERROR_RECHAZADO, "ya hay una capa \"" + n + "\"");
+                        }
+                        if (!f.nuevaCapa(n, actual != 0) || !f.colorCapa(n, r, g, b))
+                        {
+                            return falla(&x, TV_ERROR_RECHAZADO,
+                                         tarvelo_c::loDicho(x, "el dibujo no admite la capa"));
+                        }
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_capa_actual(tv_dibujo* d, const char** nombre)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        if (!tarvelo_c::salidaNoNula(x, nombre))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        *nombre = x.guarda(x.fachada().capaActual());
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_set_capa_actual(tv_dibujo* d, const char* nombre)
+{
+    return operaCapa(d, nombre,
+                     [](tv_dibujo& x, const std::string& n) { return x.fachada().capaActual(n); });
+}
+
+tv_estado tv_dibujo_datos_capa(tv_dibujo* d, const char* nombre, int32_t rgb[3], int* visible,
+                               int* bloqueada)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string n;
+                        if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (capa(x, n) == nullptr)
+                        {
+                            return TV_ERROR_NO_ENCONTRADO;
+                        }
+                        WrapDibujoCAD& f = x.fachada();
+                        if (rgb != nullptr)
+                        {
+                            f.getColorCapa(n, rgb[0], rgb[1], rgb[2]);
+                        }
+                        if (visible != nullptr)
+                        {
+                            *visible = f.capaVisible(n) ? 1 : 0;
+                        }
+                        if (bloqueada != nullptr)
+                        {
+                            *bloqueada = f.capaBloqueada(n) ? 1 : 0;
+                        }
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_color_capa(tv_dibujo* d, const char* nombre, int32_t r, int32_t g, int32_t b)
+{
+    if (!canal(r) || !canal(g) || !canal(b))
     {
         return enDibujo(
-            d,
-            [&](tv_dibujo& x)
-            {
-                std::string n;
-                if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
-                {
-                    return TV_ERROR_ARGUMENTO;
-                }
-                if (!canal(r) || !canal(g) || !canal(b))
-                {
-                    return falla(&x, TV_ERROR_ARGUMENTO, "cada componente del color va de 0 a 255");
-                }
-                if (n.empty())
-                {
-                    return falla(&x, TV_ERROR_ARGUMENTO, "una capa necesita nombre");
-                }
-                WrapDibujoCAD& f = x.fachada();
-                if (f.existeCapa(n, false))
-                {
-                    return falla(&x, TV_ERROR_RECHAZADO, "ya hay una capa \"" + n + "\"");
-                }
-                if (!f.nuevaCapa(n, actual != 0) || !f.colorCapa(n, r, g, b))
-                {
-                    return falla(&x, TV_ERROR_RECHAZADO,
-                                 tarvelo_c::loDicho(x, "el dibujo no admite la capa"));
-                }
-                return TV_OK;
-            });
+            d, [](tv_dibujo& x)
+            { return falla(&x, TV_ERROR_ARGUMENTO, "cada componente del color va de 0 a 255"); });
     }
+    return operaCapa(d, nombre,
+                     [&](tv_dibujo& x, const std::string& n)
+                     { return x.fachada().colorCapa(n, r, g, b); });
+}
 
-    tv_estado tv_dibujo_capa_actual(tv_dibujo* d, const char** nombre)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
-                        {
-                            if (!tarvelo_c::salidaNoNula(x, nombre))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            *nombre = x.guarda(x.fachada().capaActual());
-                            return TV_OK;
-                        });
-    }
+tv_estado tv_dibujo_visibilidad_capa(tv_dibujo* d, const char* nombre, int visible)
+{
+    return operaCapa(d, nombre,
+                     [&](tv_dibujo& x, const std::string& n)
+                     { return x.fachada().visibilidadCapa(n, visible != 0); });
+}
 
-    tv_estado tv_dibujo_set_capa_actual(tv_dibujo* d, const char* nombre)
-    {
-        return operaCapa(d, nombre,
-                         [](tv_dibujo& x, const std::string& n)
-                         { return x.fachada().capaActual(n); });
-    }
+tv_estado tv_dibujo_bloquea_capa(tv_dibujo* d, const char* nombre, int bloqueada)
+{
+    return operaCapa(d, nombre,
+                     [&](tv_dibujo& x, const std::string& n)
+                     { return x.fachada().bloqueaCapa(n, bloqueada != 0); });
+}
 
-    tv_estado tv_dibujo_datos_capa(tv_dibujo* d, const char* nombre, int32_t rgb[3], int* visible,
-                                   int* bloqueada)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
-                        {
-                            std::string n;
-                            if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            if (capa(x, n) == nullptr)
-                            {
-                                return TV_ERROR_NO_ENCONTRADO;
-                            }
-                            WrapDibujoCAD& f = x.fachada();
-                            if (rgb != nullptr)
-                            {
-                                f.getColorCapa(n, rgb[0], rgb[1], rgb[2]);
-                            }
-                            if (visible != nullptr)
-                            {
-                                *visible = f.capaVisible(n) ? 1 : 0;
-                            }
-                            if (bloqueada != nullptr)
-                            {
-                                *bloqueada = f.capaBloqueada(n) ? 1 : 0;
-                            }
-                            return TV_OK;
-                        });
-    }
+tv_estado tv_dibujo_renombra_capa(tv_dibujo* d, const char* nombre, const char* nuevo)
+{
+    return operaCapa(d, nombre,
+                     [&](tv_dibujo& x, const std::string& n)
+                     {
+                         std::string otro;
+                         if (!tarvelo_c::texto(x, nuevo, "el nombre nuevo", otro))
+                         {
+                             return false;
+                         }
+                         if (otro.empty() || (otro != n && x.fachada().existeCapa(otro, false)))
+                         {
+                             x.salida << "el nombre nuevo está vacío o ya es de otra capa";
+                             return false;
+                         }
+                         return x.fachada().renombraCapa(n, otro);
+                     });
+}
 
-    tv_estado tv_dibujo_color_capa(tv_dibujo* d, const char* nombre, int32_t r, int32_t g,
-                                   int32_t b)
-    {
-        if (!canal(r) || !canal(g) || !canal(b))
+tv_estado tv_dibujo_borra_capa(tv_dibujo* d, const char* nombre)
+{
+    return operaCapa(d, nombre,
+                     [](tv_dibujo& x, const std::string& n)
+                     {
+                         if (n == "0" || n == x.fachada().capaActual())
+                         {
+                             x.salida << "la capa \"0\" y la capa actual no se borran";
+                             return false;
+                         }
+                         return x.fachada().borraCapa(n);
+                     });
+}
+
+// --- materials ------------------------------------------------------------------------
+
+tv_estado tv_dibujo_numero_materiales(tv_dibujo* d, int32_t* n)
+{
+    return cuenta(d, n, [](WrapDibujoCAD& f) { return f.numeroMateriales(); });
+}
+
+tv_estado tv_dibujo_nuevo_material(tv_dibujo* d, int32_t idExterno, uint32_t color, double brillo,
+                                   const char* textura, int32_t* id)
+{
+    return enDibujo(
+        d,
+        [&](tv_dibujo& x)
         {
-            return enDibujo(d,
-                            [](tv_dibujo& x) {
-                                return falla(&x, TV_ERROR_ARGUMENTO,
-                                             "cada componente del color va de 0 a 255");
-                            });
-        }
-        return operaCapa(d, nombre,
-                         [&](tv_dibujo& x, const std::string& n)
-                         { return x.fachada().colorCapa(n, r, g, b); });
-    }
-
-    tv_estado tv_dibujo_visibilidad_capa(tv_dibujo* d, const char* nombre, int visible)
-    {
-        return operaCapa(d, nombre,
-                         [&](tv_dibujo& x, const std::string& n)
-                         { return x.fachada().visibilidadCapa(n, visible != 0); });
-    }
-
-    tv_estado tv_dibujo_bloquea_capa(tv_dibujo* d, const char* nombre, int bloqueada)
-    {
-        return operaCapa(d, nombre,
-                         [&](tv_dibujo& x, const std::string& n)
-                         { return x.fachada().bloqueaCapa(n, bloqueada != 0); });
-    }
-
-    tv_estado tv_dibujo_renombra_capa(tv_dibujo* d, const char* nombre, const char* nuevo)
-    {
-        return operaCapa(d, nombre,
-                         [&](tv_dibujo& x, const std::string& n)
-                         {
-                             std::string otro;
-                             if (!tarvelo_c::texto(x, nuevo, "el nombre nuevo", otro))
-                             {
-                                 return false;
-                             }
-                             if (otro.empty() || (otro != n && x.fachada().existeCapa(otro, false)))
-                             {
-                                 x.salida << "el nombre nuevo está vacío o ya es de otra capa";
-                                 return false;
-                             }
-                             return x.fachada().renombraCapa(n, otro);
-                         });
-    }
-
-    tv_estado tv_dibujo_borra_capa(tv_dibujo* d, const char* nombre)
-    {
-        return operaCapa(d, nombre,
-                         [](tv_dibujo& x, const std::string& n)
-                         {
-                             if (n == "0" || n == x.fachada().capaActual())
-                             {
-                                 x.salida << "la capa \"0\" y la capa actual no se borran";
-                                 return false;
-                             }
-                             return x.fachada().borraCapa(n);
-                         });
-    }
-
-    // --- materials ------------------------------------------------------------------------
-
-    tv_estado tv_dibujo_numero_materiales(tv_dibujo* d, int32_t* n)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
-                        {
-                            if (!tarvelo_c::salidaNoNula(x, n))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            *n = x.fachada().numeroMateriales();
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_nuevo_material(tv_dibujo* d, int32_t idExterno, uint32_t color,
-                                       double brillo, const char* textura, int32_t* id)
-    {
-        return enDibujo(
-            d,
-            [&](tv_dibujo& x)
+            std::string imagen;
+            if (textura != nullptr &&
+                !tarvelo_c::texto(x, textura, "el nombre de la textura", imagen))
             {
-                std::string imagen;
-                if (textura != nullptr &&
-                    !tarvelo_c::texto(x, textura, "el nombre de la textura", imagen))
-                {
-                    return TV_ERROR_ARGUMENTO;
-                }
-                if (!std::isfinite(brillo))
-                {
-                    return falla(&x, TV_ERROR_ARGUMENTO, "el brillo no es un número finito");
-                }
-                WrapDibujoCAD& f = x.fachada();
-                const int32_t nuevo = f.nuevoMaterial(idExterno, color, brillo);
-                if (nuevo < 0)
-                {
-                    return falla(&x, TV_ERROR_RECHAZADO,
-                                 tarvelo_c::loDicho(x, "el dibujo no admite el material"));
-                }
-                if (!imagen.empty() && !f.setMaterial(nuevo, idExterno, color, brillo, imagen))
-                {
-                    return falla(&x, TV_ERROR_RECHAZADO,
-                                 tarvelo_c::loDicho(x, "el material no admite la textura"));
-                }
-                if (id != nullptr)
-                {
-                    *id = nuevo;
-                }
-                return TV_OK;
-            });
-    }
+                return TV_ERROR_ARGUMENTO;
+            }
+            if (!std::isfinite(brillo))
+            {
+                return falla(&x, TV_ERROR_ARGUMENTO, "el brillo no es un número finito");
+            }
+            WrapDibujoCAD& f = x.fachada();
+            const int32_t nuevo = f.nuevoMaterial(idExterno, color, brillo);
+            if (nuevo < 0)
+            {
+                return falla(&x, TV_ERROR_RECHAZADO,
+                             tarvelo_c::loDicho(x, "el dibujo no admite el material"));
+            }
+            if (!imagen.empty() && !f.setMaterial(nuevo, idExterno, color, brillo, imagen))
+            {
+                return falla(&x, TV_ERROR_RECHAZADO,
+                             tarvelo_c::loDicho(x, "el material no admite la textura"));
+            }
+            if (id != nullptr)
+            {
+                *id = nuevo;
+            }
+            return TV_OK;
+        });
+}
 
-    tv_estado tv_dibujo_material(tv_dibujo* d, int32_t indice, int32_t* id, int32_t* idExterno,
-                                 uint32_t* color, double* brillo, const char** textura)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+tv_estado tv_dibujo_material(tv_dibujo* d, int32_t indice, int32_t* id, int32_t* idExterno,
+                             uint32_t* color, double* brillo, const char** textura)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        int32_t i = 0;
+                        int32_t e = 0;
+                        uint32_t c = 0;
+                        double b = 0.0;
+                        std::string t;
+                        if (indice < 0 || indice >= x.fachada().numeroMateriales() ||
+                            !x.fachada().getMaterial(indice, i, e, c, b, t))
                         {
-                            int32_t i = 0;
-                            int32_t e = 0;
-                            uint32_t c = 0;
-                            double b = 0.0;
-                            std::string t;
-                            if (indice < 0 || indice >= x.fachada().numeroMateriales() ||
-                                !x.fachada().getMaterial(indice, i, e, c, b, t))
-                            {
-                                return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                             "no hay material número " + std::to_string(indice));
-                            }
-                            if (id != nullptr)
-                            {
-                                *id = i;
-                            }
-                            if (idExterno != nullptr)
-                            {
-                                *idExterno = e;
-                            }
-                            if (color != nullptr)
-                            {
-                                *color = c;
-                            }
-                            if (brillo != nullptr)
-                            {
-                                *brillo = b;
-                            }
-                            if (textura != nullptr)
-                            {
-                                *textura = x.guarda(t);
-                            }
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_borra_material(tv_dibujo* d, int32_t id)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
-                        {
-                            WrapDibujoCAD& f = x.fachada();
-                            for (int32_t i = 0; i < f.numeroMateriales(); ++i)
-                            {
-                                if (f.idMaterial(i) == id)
-                                {
-                                    f.borraMaterial(id);
-                                    return TV_OK;
-                                }
-                            }
                             return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                         "no hay material de id " + std::to_string(id));
-                        });
-    }
-
-    // --- variables and views -----------------------------------------------------------------
-
-    tv_estado tv_dibujo_set_variable_texto(tv_dibujo* d, const char* nombre, const char* valor)
-    {
-        return ponVariable(d, nombre,
-                           [&](tv_dibujo& x, const std::string& n)
-                           {
-                               std::string v;
-                               if (!tarvelo_c::texto(x, valor, "el valor de la variable", v))
-                               {
-                                   return TV_ERROR_ARGUMENTO;
-                               }
-                               x.fachada().setVariable(n, v);
-                               std::string leido;
-                               // The file limits names and texts; what it can't hold is refused.
-                               if (!x.fachada().getVariable(n, leido) || leido != v)
-                               {
-                                   return falla(&x, TV_ERROR_RECHAZADO,
-                                                "la variable \"" + n + "\" no admite ese valor");
-                               }
-                               return TV_OK;
-                           });
-    }
-
-    tv_estado tv_dibujo_set_variable_entero(tv_dibujo* d, const char* nombre, int32_t valor)
-    {
-        return ponVariable(d, nombre,
-                           [&](tv_dibujo& x, const std::string& n)
-                           {
-                               x.fachada().setVariable(n, valor);
-                               return x.dibujo().existeVariable(n)
-                                          ? TV_OK
-                                          : falla(&x, TV_ERROR_RECHAZADO,
-                                                  "el nombre \"" + n + "\" es demasiado largo");
-                           });
-    }
-
-    tv_estado tv_dibujo_set_variable_real(tv_dibujo* d, const char* nombre, double valor)
-    {
-        return ponVariable(d, nombre,
-                           [&](tv_dibujo& x, const std::string& n)
-                           {
-                               if (!std::isfinite(valor))
-                               {
-                                   return falla(&x, TV_ERROR_ARGUMENTO, "el valor no es finito");
-                               }
-                               x.fachada().setVariable(n, valor);
-                               return x.dibujo().existeVariable(n)
-                                          ? TV_OK
-                                          : falla(&x, TV_ERROR_RECHAZADO,
-                                                  "el nombre \"" + n + "\" es demasiado largo");
-                           });
-    }
-
-    tv_estado tv_dibujo_set_variable_punto(tv_dibujo* d, const char* nombre, double px, double py,
-                                           double pz)
-    {
-        return ponVariable(d, nombre,
-                           [&](tv_dibujo& x, const std::string& n)
-                           {
-                               const double v[3] = {px, py, pz};
-                               if (!tarvelo_c::finitos(x, v, 3))
-                               {
-                                   return TV_ERROR_ARGUMENTO;
-                               }
-                               x.fachada().setVariable(n, px, py, pz);
-                               return x.dibujo().existeVariable(n)
-                                          ? TV_OK
-                                          : falla(&x, TV_ERROR_RECHAZADO,
-                                                  "el nombre \"" + n + "\" es demasiado largo");
-                           });
-    }
-
-    tv_estado tv_dibujo_variable(tv_dibujo* d, const char* nombre, const char** valor)
-    {
-        return ponVariable(d, nombre,
-                           [&](tv_dibujo& x, const std::string& n)
-                           {
-                               std::string v;
-                               if (!tarvelo_c::salidaNoNula(x, valor))
-                               {
-                                   return TV_ERROR_ARGUMENTO;
-                               }
-                               if (!x.fachada().getVariable(n, v))
-                               {
-                                   return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                                "no hay ninguna variable \"" + n + "\"");
-                               }
-                               *valor = x.guarda(v);
-                               return TV_OK;
-                           });
-    }
-
-    tv_estado tv_dibujo_borra_variable(tv_dibujo* d, const char* nombre)
-    {
-        return ponVariable(d, nombre,
-                           [&](tv_dibujo& x, const std::string& n)
-                           {
-                               if (!x.dibujo().existeVariable(n))
-                               {
-                                   return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                                "no hay ninguna variable \"" + n + "\"");
-                               }
-                               x.fachada().borraVariable(n);
-                               return TV_OK;
-                           });
-    }
-
-    tv_estado tv_dibujo_numero_vistas(tv_dibujo* d, int32_t* n)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                                         "no hay material número " + std::to_string(indice));
+                        }
+                        if (id != nullptr)
                         {
-                            if (!tarvelo_c::salidaNoNula(x, n))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            *n = x.fachada().numeroVistas();
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_vista(tv_dibujo* d, int32_t indice, const char** nombre)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            *id = i;
+                        }
+                        if (idExterno != nullptr)
                         {
-                            if (!tarvelo_c::salidaNoNula(x, nombre))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            if (indice < 0 || indice >= x.fachada().numeroVistas())
-                            {
-                                return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                             "no hay vista número " + std::to_string(indice));
-                            }
-                            *nombre = x.guarda(x.fachada().nombreVista(indice));
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_guarda_vista(tv_dibujo* d, const char* nombre)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            *idExterno = e;
+                        }
+                        if (color != nullptr)
                         {
-                            std::string n;
-                            if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            if (n.empty())
-                            {
-                                return falla(&x, TV_ERROR_ARGUMENTO, "una vista necesita nombre");
-                            }
-                            x.fachada().guardaVistaActual(n);
-                            return existeVista(x, n)
-                                       ? TV_OK
-                                       : falla(&x, TV_ERROR_RECHAZADO,
-                                               "el dibujo no admite la vista \"" + n + "\"");
-                        });
-    }
-
-    tv_estado tv_dibujo_activa_vista(tv_dibujo* d, const char* nombre)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            *color = c;
+                        }
+                        if (brillo != nullptr)
                         {
-                            std::string n;
-                            if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            if (!existeVista(x, n))
-                            {
-                                return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                             "no hay ninguna vista \"" + n + "\"");
-                            }
-                            x.fachada().activaVista(n);
-                            return TV_OK;
-                        });
-    }
-
-    tv_estado tv_dibujo_borra_vista(tv_dibujo* d, const char* nombre)
-    {
-        return enDibujo(d,
-                        [&](tv_dibujo& x)
+                            *brillo = b;
+                        }
+                        if (textura != nullptr)
                         {
-                            std::string n;
-                            if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
-                            {
-                                return TV_ERROR_ARGUMENTO;
-                            }
-                            if (!existeVista(x, n))
-                            {
-                                return falla(&x, TV_ERROR_NO_ENCONTRADO,
-                                             "no hay ninguna vista \"" + n + "\"");
-                            }
-                            x.fachada().borraVista(n);
-                            return TV_OK;
-                        });
-    }
+                            *textura = x.guarda(t);
+                        }
+                        return TV_OK;
+                    });
+}
 
-    tv_estado tv_dibujo_zoom_extension(tv_dibujo* d)
-    {
-        return enDibujo(d,
-                        [](tv_dibujo& x)
+tv_estado tv_dibujo_borra_material(tv_dibujo* d, int32_t id)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        WrapDibujoCAD& f = x.fachada();
+                        for (int32_t i = 0; i < f.numeroMateriales(); ++i)
                         {
-                            x.fachada().comandoZoomExtension();
-                            x.fachada().comandoRegen();
-                            return TV_OK;
-                        });
-    }
+                            if (f.idMaterial(i) == id)
+                            {
+                                f.borraMaterial(id);
+                                return TV_OK;
+                            }
+                        }
+                        return falla(&x, TV_ERROR_NO_ENCONTRADO,
+                                     "no hay material de id " + std::to_string(id));
+                    });
+}
 
-}  // extern "C"
+// --- variables and views -----------------------------------------------------------------
+
+tv_estado tv_dibujo_set_variable_texto(tv_dibujo* d, const char* nombre, const char* valor)
+{
+    return ponVariable(d, nombre,
+                       [&](tv_dibujo& x, const std::string& n)
+                       {
+                           std::string v;
+                           if (!tarvelo_c::texto(x, valor, "el valor de la variable", v))
+                           {
+                               return TV_ERROR_ARGUMENTO;
+                           }
+                           x.fachada().setVariable(n, v);
+                           std::string leido;
+                           // The file limits names and texts; what it can't hold is refused.
+                           if (!x.fachada().getVariable(n, leido) || leido != v)
+                           {
+                               return falla(&x, TV_ERROR_RECHAZADO,
+                                            "la variable \"" + n + "\" no admite ese valor");
+                           }
+                           return TV_OK;
+                       });
+}
+
+tv_estado tv_dibujo_set_variable_entero(tv_dibujo* d, const char* nombre, int32_t valor)
+{
+    return ponVariable(d, nombre,
+                       [&](tv_dibujo& x, const std::string& n)
+                       {
+                           x.fachada().setVariable(n, valor);
+                           return x.dibujo().existeVariable(n)
+                                      ? TV_OK
+                                      : falla(&x, TV_ERROR_RECHAZADO,
+                                              "el nombre \"" + n + "\" es demasiado largo");
+                       });
+}
+
+tv_estado tv_dibujo_set_variable_real(tv_dibujo* d, const char* nombre, double valor)
+{
+    return ponVariable(d, nombre,
+                       [&](tv_dibujo& x, const std::string& n)
+                       {
+                           if (!std::isfinite(valor))
+                           {
+                               return falla(&x, TV_ERROR_ARGUMENTO, "el valor no es finito");
+                           }
+                           x.fachada().setVariable(n, valor);
+                           return x.dibujo().existeVariable(n)
+                                      ? TV_OK
+                                      : falla(&x, TV_ERROR_RECHAZADO,
+                                              "el nombre \"" + n + "\" es demasiado largo");
+                       });
+}
+
+tv_estado tv_dibujo_set_variable_punto(tv_dibujo* d, const char* nombre, double px, double py,
+                                       double pz)
+{
+    return ponVariable(d, nombre,
+                       [&](tv_dibujo& x, const std::string& n)
+                       {
+                           const double v[3] = {px, py, pz};
+                           if (!tarvelo_c::finitos(x, v, 3))
+                           {
+                               return TV_ERROR_ARGUMENTO;
+                           }
+                           x.fachada().setVariable(n, px, py, pz);
+                           return x.dibujo().existeVariable(n)
+                                      ? TV_OK
+                                      : falla(&x, TV_ERROR_RECHAZADO,
+                                              "el nombre \"" + n + "\" es demasiado largo");
+                       });
+}
+
+tv_estado tv_dibujo_variable(tv_dibujo* d, const char* nombre, const char** valor)
+{
+    return ponVariable(d, nombre,
+                       [&](tv_dibujo& x, const std::string& n)
+                       {
+                           std::string v;
+                           if (!tarvelo_c::salidaNoNula(x, valor))
+                           {
+                               return TV_ERROR_ARGUMENTO;
+                           }
+                           if (!x.fachada().getVariable(n, v))
+                           {
+                               return falla(&x, TV_ERROR_NO_ENCONTRADO,
+                                            "no hay ninguna variable \"" + n + "\"");
+                           }
+                           *valor = x.guarda(v);
+                           return TV_OK;
+                       });
+}
+
+tv_estado tv_dibujo_borra_variable(tv_dibujo* d, const char* nombre)
+{
+    return ponVariable(d, nombre,
+                       [&](tv_dibujo& x, const std::string& n)
+                       {
+                           if (!x.dibujo().existeVariable(n))
+                           {
+                               return falla(&x, TV_ERROR_NO_ENCONTRADO,
+                                            "no hay ninguna variable \"" + n + "\"");
+                           }
+                           x.fachada().borraVariable(n);
+                           return TV_OK;
+                       });
+}
+
+tv_estado tv_dibujo_numero_vistas(tv_dibujo* d, int32_t* n)
+{
+    return cuenta(d, n, [](WrapDibujoCAD& f) { return f.numeroVistas(); });
+}
+
+tv_estado tv_dibujo_vista(tv_dibujo* d, int32_t indice, const char** nombre)
+{
+    return nombrePorIndice(
+        d, indice, nombre, "vista", [](WrapDibujoCAD& f) { return f.numeroVistas(); },
+        [&](WrapDibujoCAD& f) { return f.nombreVista(indice); });
+}
+
+tv_estado tv_dibujo_guarda_vista(tv_dibujo* d, const char* nombre)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string n;
+                        if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (n.empty())
+                        {
+                            return falla(&x, TV_ERROR_ARGUMENTO, "una vista necesita nombre");
+                        }
+                        x.fachada().guardaVistaActual(n);
+                        return existeVista(x, n)
+                                   ? TV_OK
+                                   : falla(&x, TV_ERROR_RECHAZADO,
+                                           "el dibujo no admite la vista \"" + n + "\"");
+                    });
+}
+
+tv_estado tv_dibujo_activa_vista(tv_dibujo* d, const char* nombre)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string n;
+                        if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (!existeVista(x, n))
+                        {
+                            return falla(&x, TV_ERROR_NO_ENCONTRADO,
+                                         "no hay ninguna vista \"" + n + "\"");
+                        }
+                        x.fachada().activaVista(n);
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_borra_vista(tv_dibujo* d, const char* nombre)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string n;
+                        if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (!existeVista(x, n))
+                        {
+                            return falla(&x, TV_ERROR_NO_ENCONTRADO,
+                                         "no hay ninguna vista \"" + n + "\"");
+                        }
+                        x.fachada().borraVista(n);
+                        return TV_OK;
+                    });
+}
+
+tv_estado tv_dibujo_zoom_extension(tv_dibujo* d)
+{
+    return enDibujo(d,
+                    [](tv_dibujo& x)
+                    {
+                        x.fachada().comandoZoomExtension();
+                        x.fachada().comandoRegen();
+                        return TV_OK;
+                    });
+}
