@@ -47,10 +47,14 @@ struct tv_dibujo
 namespace tarvelo_c
 {
 
-// The registry of live handles: a pointer is dereferenced only after it was found here.
-void registra(const void* h);
-void olvida(const void* h);
-bool vivo(const void* h);
+// The registries of live handles, one per kind: a pointer is dereferenced only after it was
+// found in its kind's, so that a display passed as a drawing is refused too.
+void registra(const tv_dibujo* h);
+void registra(const tv_pantalla* h);
+void olvida(const tv_dibujo* h);
+void olvida(const tv_pantalla* h);
+bool vivo(const tv_dibujo* h);
+bool vivo(const tv_pantalla* h);
 
 // Records a failure: on the drawing when there is one, and as the thread's last message.
 tv_estado falla(tv_dibujo* d, tv_estado e, const std::string& texto);

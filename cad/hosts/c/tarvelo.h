@@ -12,8 +12,9 @@
  *    it.
  *  - Arrays in come with their element count; arrays out are the caller's, with their
  *    capacity in elements: when it falls short the call gives TV_ERROR_LONGITUD and still
- *    tells in *n how many elements it needs. Counts are in elements of the array's type (an
- *    array of points holds three doubles per point).
+ *    tells in *n how many elements it needs (a null array of capacity 0 asks for the count).
+ *    Counts are in elements of the array's type (an array of points holds three doubles per
+ *    point).
  *  - The library copies what it keeps: nothing of the caller's memory is held after a call
  *    returns. Out arguments are written only on TV_OK, except *n on TV_ERROR_LONGITUD.
  *  - No exception of the kernel's crosses this interface; an unexpected one is
@@ -46,9 +47,10 @@ typedef enum tv_estado
     TV_ERROR_ARGUMENTO = 2,     /* a null pointer, a number that is not finite, an unknown value */
     TV_ERROR_LONGITUD = 3,      /* an array of the wrong length, or an out array too short */
     TV_ERROR_ENTIDAD = 4,       /* the entity handle names no entity of the right kind */
-    TV_ERROR_NO_ENCONTRADO = 5, /* no layer, material, variable, view or system of that name */
+    TV_ERROR_NO_ENCONTRADO = 5, /* no layer, material, variable, view, category or row of that
+                                   name or number */
     TV_ERROR_FICHERO = 6,       /* a file that could not be read or written */
-    TV_ERROR_RECHAZADO = 7,     /* the drawing refused the change */
+    TV_ERROR_RECHAZADO = 7,     /* the drawing refused the change (a name already taken...) */
     TV_ERROR_GUION = 8,         /* an order line failed; the transcript tells where */
     TV_ERROR_OCUPADO = 9,       /* the drawing is inside a call already */
     TV_ERROR_INTERNO = 10       /* anything else the kernel raised */
@@ -106,7 +108,8 @@ TV_API tv_estado tv_dibujo_abre(tv_dibujo* d, const char* fichero, int64_t* dana
 TV_API tv_estado tv_dibujo_guarda(tv_dibujo* d, const char* fichero);
 /* Writes the drawing as a DXF file (AC1009), whole or not at all. */
 TV_API tv_estado tv_dibujo_exporta_dxf(tv_dibujo* d, const char* fichero);
-/* Adds a DXF plan or an OBJ model (by the name's extension, any case) to the drawing.
+/* Adds a DXF plan or an OBJ model (by the name's extension, any case; any other name is
+ * TV_ERROR_ARGUMENTO) to the drawing, with no undo step.
  * `informe` (may be null) receives the reader's report of what came in; `progreso` (may be
  * null) hears how far the reading has gone. */
 TV_API tv_estado tv_dibujo_importa(tv_dibujo* d, const char* fichero, tv_progreso progreso,
@@ -226,14 +229,16 @@ TV_API tv_estado tv_dibujo_entidades(tv_dibujo* d, int64_t* handles, size_t capa
 TV_API tv_estado tv_dibujo_tipo(tv_dibujo* d, int64_t h, const char** tipo);
 TV_API tv_estado tv_dibujo_capa_entidad(tv_dibujo* d, int64_t h, const char** capa);
 /* The entity's defining points (a point group's points, a polyline's vertices), three doubles
- * each: n receives the number of doubles. */
+ * each: n receives the number of doubles. A cylinder's or a sphere's are those of its mesh,
+ * which is made when the drawing is painted (tv_dibujo_zoom_extension paints it): none
+ * before. */
 TV_API tv_estado tv_dibujo_coordenadas(tv_dibujo* d, int64_t h, double* xyz, size_t capacidad,
                                        size_t* n);
 /* The colours of a point group's points (red in the low byte). */
 TV_API tv_estado tv_dibujo_colores(tv_dibujo* d, int64_t h, uint32_t* colores, size_t capacidad,
                                    size_t* n);
-/* The box of the entity, or of the whole drawing with h 0. An empty drawing has none:
- * TV_ERROR_NO_ENCONTRADO. */
+/* The box of the entity, or of the whole drawing with h 0, as the drawing measures its
+ * entities (a box by its first corner). An empty drawing has none: TV_ERROR_NO_ENCONTRADO. */
 TV_API tv_estado tv_dibujo_extension(tv_dibujo* d, int64_t h, double minimo[3], double maximo[3]);
 /* Name, code and position of a control point. */
 TV_API tv_estado tv_dibujo_datos_punto_control(tv_dibujo* d, int64_t h, const char** nombre,

@@ -13,6 +13,7 @@
 #include "documento/Capa.h"
 #include "documento/Dibujo.h"
 #include "documento/Material.h"
+#include "entidades/Entidad.h"
 
 using tarvelo_c::enDibujo;
 using tarvelo_c::falla;
@@ -26,10 +27,37 @@ std::mutex& mutexRegistro()
     return m;
 }
 
-std::unordered_set<const void*>& registro()
+// Live handles of each kind.
+template <typename T>
+std::unordered_set<const T*>& registro()
 {
-    static std::unordered_set<const void*> r;
+    static std::unordered_set<const T*> r;
     return r;
+}
+
+template <typename T>
+void anota(const T* h, bool vive)
+{
+    const std::lock_guard<std::mutex> l(mutexRegistro());
+    if (vive)
+    {
+        registro<T>().insert(h);
+    }
+    else
+    {
+        registro<T>().erase(h);
+    }
+}
+
+template <typename T>
+bool consta(const T* h)
+{
+    if (h == nullptr)
+    {
+        return false;
+    }
+    const std::lock_guard<std::mutex> l(mutexRegistro());
+    return registro<T>().count(h) != 0;
 }
 
 thread_local std::string ultimoMensaje;
@@ -55,24 +83,32 @@ bool canal(int32_t v)
     return v >= 0 && v <= 255;
 }
 
-// A layer operation of the facade that answers whether it did it.
+// A layer operation on a layer that exists; `f` gives the status.
 template <typename F>
 tv_estado operaCapa(tv_dibujo* d, const char* nombre, F&& f)
 {
-    return enDibujo(
-        d,
-        [&](tv_dibujo& x)
-        {
-            std::string n;
-            if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n) || capa(x, n) == nullptr)
-            {
-                return x.mensaje.empty() ? TV_ERROR_ARGUMENTO : TV_ERROR_NO_ENCONTRADO;
-            }
-            return f(x, n)
-                       ? TV_OK
-                       : falla(&x, TV_ERROR_RECHAZADO,
-                               tarvelo_c::loDicho(x, "el dibujo no admite el cambio de la capa"));
-        });
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string n;
+                        if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (capa(x, n) == nullptr)
+                        {
+                            return TV_ERROR_NO_ENCONTRADO;
+                        }
+                        return f(x, n);
+                    });
+}
+
+// TV_OK when the facade did it; otherwise what the kernel said.
+tv_estado hecho(tv_dibujo& x, bool ok)
+{
+    return ok ? TV_OK
+              : falla(&x, TV_ERROR_RECHAZADO,
+                      tarvelo_c::loDicho(x, "el dibujo no admite el cambio de la capa"));
 }
 
 bool existeVista(tv_dibujo& d, const std::string& nombre)
@@ -93,26 +129,34 @@ bool existeVista(tv_dibujo& d, const std::string& nombre)
 namespace tarvelo_c
 {
 
-void registra(const void* h)
+void registra(const tv_dibujo* h)
 {
-    const std::lock_guard<std::mutex> l(mutexRegistro());
-    registro().insert(h);
+    anota(h, true);
 }
 
-void olvida(const void* h)
+void registra(const tv_pantalla* h)
 {
-    const std::lock_guard<std::mutex> l(mutexRegistro());
-    registro().erase(h);
+    anota(h, true);
 }
 
-bool vivo(const void* h)
+void olvida(const tv_dibujo* h)
 {
-    if (h == nullptr)
-    {
-        return false;
-    }
-    const std::lock_guard<std::mutex> l(mutexRegistro());
-    return registro().count(h) != 0;
+    anota(h, false);
+}
+
+void olvida(const tv_pantalla* h)
+{
+    anota(h, false);
+}
+
+bool vivo(const tv_dibujo* h)
+{
+    return consta(h);
+}
+
+bool vivo(const tv_pantalla* h)
+{
+    return consta(h);
 }
 
 tv_estado falla(tv_dibujo* d, tv_estado e, const std::string& texto)
@@ -514,6 +558,8 @@ tv_estado tv_dibujo_guarda(tv_dibujo* d, const char* fichero)
                             return falla(&x, TV_ERROR_FICHERO,
                                          "no se pudo guardar " + ruta + ": " + mensaje);
                         }
+                        // What is on disk is what the drawing holds.
+                        x.fachada().borraMarcaCambios();
                         return TV_OK;
                     });
 }
@@ -680,7 +726,8 @@ tv_estado tv_dibujo_capa_actual(tv_dibujo* d, const char** nombre)
 tv_estado tv_dibujo_set_capa_actual(tv_dibujo* d, const char* nombre)
 {
     return operaCapa(d, nombre,
-                     [](tv_dibujo& x, const std::string& n) { return x.fachada().capaActual(n); });
+                     [](tv_dibujo& x, const std::string& n)
+                     { return hecho(x, x.fachada().capaActual(n)); });
 }
 
 tv_estado tv_dibujo_datos_capa(tv_dibujo* d, const char* nombre, int32_t rgb[3], int* visible,
@@ -725,21 +772,21 @@ tv_estado tv_dibujo_color_capa(tv_dibujo* d, const char* nombre, int32_t r, int3
     }
     return operaCapa(d, nombre,
                      [&](tv_dibujo& x, const std::string& n)
-                     { return x.fachada().colorCapa(n, r, g, b); });
+                     { return hecho(x, x.fachada().colorCapa(n, r, g, b)); });
 }
 
 tv_estado tv_dibujo_visibilidad_capa(tv_dibujo* d, const char* nombre, int visible)
 {
     return operaCapa(d, nombre,
                      [&](tv_dibujo& x, const std::string& n)
-                     { return x.fachada().visibilidadCapa(n, visible != 0); });
+                     { return hecho(x, x.fachada().visibilidadCapa(n, visible != 0)); });
 }
 
 tv_estado tv_dibujo_bloquea_capa(tv_dibujo* d, const char* nombre, int bloqueada)
 {
     return operaCapa(d, nombre,
                      [&](tv_dibujo& x, const std::string& n)
-                     { return x.fachada().bloqueaCapa(n, bloqueada != 0); });
+                     { return hecho(x, x.fachada().bloqueaCapa(n, bloqueada != 0)); });
 }
 
 tv_estado tv_dibujo_renombra_capa(tv_dibujo* d, const char* nombre, const char* nuevo)
@@ -750,29 +797,41 @@ tv_estado tv_dibujo_renombra_capa(tv_dibujo* d, const char* nombre, const char* 
                          std::string otro;
                          if (!tarvelo_c::texto(x, nuevo, "el nombre nuevo", otro))
                          {
-                             return false;
+                             return TV_ERROR_ARGUMENTO;
                          }
                          if (otro.empty() || (otro != n && x.fachada().existeCapa(otro, false)))
                          {
-                             x.salida << "el nombre nuevo está vacío o ya es de otra capa";
-                             return false;
+                             return falla(&x, TV_ERROR_RECHAZADO,
+                                          "el nombre nuevo está vacío o ya es de otra capa");
                          }
-                         return x.fachada().renombraCapa(n, otro);
+                         return hecho(x, x.fachada().renombraCapa(n, otro));
                      });
 }
 
 tv_estado tv_dibujo_borra_capa(tv_dibujo* d, const char* nombre)
 {
-    return operaCapa(d, nombre,
-                     [](tv_dibujo& x, const std::string& n)
-                     {
-                         if (n == "0" || n == x.fachada().capaActual())
-                         {
-                             x.salida << "la capa \"0\" y la capa actual no se borran";
-                             return false;
-                         }
-                         return x.fachada().borraCapa(n);
-                     });
+    return operaCapa(
+        d, nombre,
+        [](tv_dibujo& x, const std::string& n)
+        {
+            if (n == "0" || n == x.fachada().capaActual())
+            {
+                return falla(&x, TV_ERROR_RECHAZADO, "la capa \"0\" y la capa actual no se borran");
+            }
+            // The kernel would take the layer's entities with it, and no undo
+            // brings them back.
+            const cad::Capa* c = capa(x, n);
+            for (const cad::Entidad* e : x.dibujo().entidades)
+            {
+                if (e->capaEntidad() == c)
+                {
+                    return falla(
+                        &x, TV_ERROR_RECHAZADO,
+                        "la capa \"" + n + "\" tiene entidades; bórrelas o muévalas antes");
+                }
+            }
+            return hecho(x, x.fachada().borraCapa(n));
+        });
 }
 
 // --- materials ------------------------------------------------------------------------

@@ -1,9 +1,11 @@
 // The C interface: entities made, asked about, selected, deleted; undo and redo.
+#include <charconv>
 #include <climits>
 #include <vector>
 
 #include "TarveloC.h"
 #include "documento/Dibujo.h"
+#include "editor/EditorDibujo.h"
 #include "entidades/Cilindro.h"
 #include "entidades/Entidad.h"
 #include "entidades/Esfera.h"
@@ -90,6 +92,57 @@ bool fila(tv_dibujo& d, int64_t h, int32_t categoria, int32_t indice)
         return false;
     }
     return true;
+}
+
+// Rows whose value is three numbers.
+bool esTerna(WrapDibujoCAD::tipoPropiedad t)
+{
+    using T = WrapDibujoCAD::tipoPropiedad;
+    return t == T::Coordenada || t == T::Vector || t == T::Orientacion;
+}
+
+// "x,y,z" in the shortest digits that read back to the same doubles.
+std::string terna(const std::vector<double>& v)
+{
+    std::string s;
+    for (size_t i = 0; i < 3; ++i)
+    {
+        char b[32];
+        const auto r = std::to_chars(b, b + sizeof b, v[i]);
+        s.append(i > 0 ? "," : "").append(b, r.ptr);
+    }
+    return s;
+}
+
+// Three finite numbers separated by commas (blanks around them allowed).
+bool leeTerna(const std::string& texto, std::vector<double>& v)
+{
+    v.clear();
+    size_t i = 0;
+    while (v.size() < 3)
+    {
+        while (i < texto.size() && texto[i] == ' ')
+        {
+            ++i;
+        }
+        double x = 0.0;
+        const auto r = std::from_chars(texto.data() + i, texto.data() + texto.size(), x);
+        if (r.ec != std::errc() || !std::isfinite(x))
+        {
+            return false;
+        }
+        v.push_back(x);
+        i = static_cast<size_t>(r.ptr - texto.data());
+        while (i < texto.size() && texto[i] == ' ')
+        {
+            ++i;
+        }
+        if (v.size() < 3 && (i >= texto.size() || texto[i++] != ','))
+        {
+            return false;
+        }
+    }
+    return i == texto.size();
 }
 
 // A sheet's handle: 0 for the editor's own, or an entity of the drawing.
@@ -767,10 +820,16 @@ tv_estado tv_dibujo_propiedad(tv_dibujo* d, int64_t h, int32_t categoria, int32_
                         std::string v;
                         WrapDibujoCAD::tipoPropiedad t{};
                         bool lectura = false;
-                        if (!s.fachada().getPropiedad(h, categoria, indice, n, t, v, lectura))
+                        std::vector<double> xyz;
+                        if (!s.fachada().getPropiedad(h, categoria, indice, n, t, v, lectura, xyz))
                         {
                             return falla(&s, TV_ERROR_NO_ENCONTRADO,
                                          "la propiedad no se puede leer");
+                        }
+                        // A point or a direction has no text of its own: "x,y,z", exact.
+                        if (esTerna(t) && xyz.size() == 3)
+                        {
+                            v = terna(xyz);
                         }
                         if (nombre != nullptr)
                         {
@@ -810,6 +869,28 @@ tv_estado tv_dibujo_set_propiedad(tv_dibujo* d, int64_t h, int32_t categoria, in
                         if (!fila(s, h, categoria, indice))
                         {
                             return TV_ERROR_NO_ENCONTRADO;
+                        }
+                        std::string nombre;
+                        std::string actual;
+                        WrapDibujoCAD::tipoPropiedad t{};
+                        bool lectura = false;
+                        s.fachada().getPropiedad(h, categoria, indice, nombre, t, actual, lectura);
+                        if (esTerna(t))
+                        {
+                            std::vector<double> xyz;
+                            if (!leeTerna(v, xyz))
+                            {
+                                return falla(&s, TV_ERROR_ARGUMENTO,
+                                             "\"" + v + "\" no son tres números x,y,z");
+                            }
+                            if (!s.fachada().setPropiedad(h, categoria, indice, xyz))
+                            {
+                                return falla(&s, TV_ERROR_RECHAZADO,
+                                             tarvelo_c::loDicho(s,
+                                                                "la propiedad no admite ese "
+                                                                "valor"));
+                            }
+                            return TV_OK;
                         }
                         if (!s.fachada().setPropiedad(h, categoria, indice, v))
                         {
@@ -879,10 +960,17 @@ tv_estado tv_dibujo_borra(tv_dibujo* d, int64_t h)
                         {
                             return TV_ERROR_ENTIDAD;
                         }
-                        return s.fachada().borraEntidad(h)
-                                   ? TV_OK
-                                   : falla(&s, TV_ERROR_RECHAZADO,
-                                           tarvelo_c::loDicho(s, "la entidad no se puede borrar"));
+                        // Through the editor, as one undo step: the facade's own deletion
+                        // keeps none, and an earlier step could still name the entity.
+                        cad::EditorDibujo* editor = s.fachada().mEditor;
+                        cad::Entidad* e = s.dibujo().buscaEntidad(h);
+                        if (editor == nullptr || !editor->borraEntidad(e))
+                        {
+                            return falla(&s, TV_ERROR_RECHAZADO,
+                                         tarvelo_c::loDicho(s, "la entidad no se puede borrar"));
+                        }
+                        s.fachada().comandoRegen();
+                        return TV_OK;
                     });
 }
 
