@@ -16,7 +16,8 @@
  *    Counts are in elements of the array's type (an array of points holds three doubles per
  *    point).
  *  - The library copies what it keeps: nothing of the caller's memory is held after a call
- *    returns. Out arguments are written only on TV_OK, except *n on TV_ERROR_LONGITUD.
+ *    returns. Out arguments are written only on TV_OK, except *n on TV_ERROR_LONGITUD and the
+ *    transcript of a script that stopped (TV_ERROR_GUION).
  *  - No exception of the kernel's crosses this interface; an unexpected one is
  *    TV_ERROR_INTERNO with its text.
  *  - Entity handles (int64_t) name an entity while it lives in its drawing; they are not
@@ -225,7 +226,10 @@ TV_API tv_estado tv_dibujo_sistema_local(tv_dibujo* d, const char* nombre, const
 
 /* Handles of all entities in the drawing's order. */
 TV_API tv_estado tv_dibujo_entidades(tv_dibujo* d, int64_t* handles, size_t capacidad, size_t* n);
-/* The kind of the entity: "Punto", "GrupoPuntos", "Linea", "Polilinea"... */
+/* The kind of the entity: "Punto", "GrupoPuntos", "PuntoControl", "Texto", "Linea",
+ * "Polilinea" (a polygon too: the file keeps them as one kind), "Cara3D", "Plano3D", "Cubo", "Cilindro", "Esfera", "PoliCara3D",
+ * "Objeto3D", "TomaCamara", "Foto360", "Sistema Local"...; "Desconocida" for an entity the
+ * kernel keeps unread. */
 TV_API tv_estado tv_dibujo_tipo(tv_dibujo* d, int64_t h, const char** tipo);
 TV_API tv_estado tv_dibujo_capa_entidad(tv_dibujo* d, int64_t h, const char** capa);
 /* The entity's defining points (a point group's points, a polyline's vertices), three doubles
@@ -245,7 +249,8 @@ TV_API tv_estado tv_dibujo_datos_punto_control(tv_dibujo* d, int64_t h, const ch
                                                const char** codigo, double xyz[3]);
 /* Length of a polyline. */
 TV_API tv_estado tv_dibujo_longitud(tv_dibujo* d, int64_t h, double* longitud);
-/* Area, vertices and faces of a surface or a solid's mesh. */
+/* Area, vertices and faces of a Superficie or a solid (Objeto3D, box, cylinder, sphere);
+ * anything else, an imported PoliCara3D included, is TV_ERROR_ENTIDAD. */
 TV_API tv_estado tv_dibujo_superficie(tv_dibujo* d, int64_t h, double* area, int32_t* vertices,
                                       int32_t* caras);
 

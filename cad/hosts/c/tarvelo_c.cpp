@@ -604,7 +604,16 @@ tv_estado tv_dibujo_importa(tv_dibujo* d, const char* fichero, tv_progreso progr
                         std::function<void(double)> aviso;
                         if (progreso != nullptr)
                         {
-                            aviso = [progreso, usuario](double f) { progreso(f, usuario); };
+                            // Only steps forward reach the caller: a reader may tell the end more
+                            // than once.
+                            aviso = [progreso, usuario, ultima = -1.0](double f) mutable
+                            {
+                                if (f > ultima)
+                                {
+                                    ultima = f;
+                                    progreso(f, usuario);
+                                }
+                            };
                         }
                         if (!tarvelo::importaFichero(x.dibujo(), ruta, texto, aviso, error))
                         {

@@ -1,6 +1,7 @@
 // The C interface: entities made, asked about, selected, deleted; undo and redo.
 #include <charconv>
 #include <climits>
+#include <cstring>
 #include <vector>
 
 #include "TarveloC.h"
@@ -9,6 +10,7 @@
 #include "entidades/Cilindro.h"
 #include "entidades/Entidad.h"
 #include "entidades/Esfera.h"
+#include "entidades/Firmas.h"
 #include "entidades/GrupoPuntos.h"
 #include "entidades/Plano.h"
 
@@ -92,6 +94,22 @@ bool fila(tv_dibujo& d, int64_t h, int32_t categoria, int32_t indice)
         return false;
     }
     return true;
+}
+
+// The kind's name as the drawing's table gives it, with the kinds that table leaves out (texts
+// and 360 photos) named. A polygon is a "Polilinea", as the file, which gives both one tag,
+// reads it back.
+std::string nombreDeTipo(const cad::Entidad& e)
+{
+    if (std::strcmp(e.etiqueta(), cad::kFirmaEntidadTexto) == 0)
+    {
+        return "Texto";
+    }
+    if (std::strcmp(e.etiqueta(), cad::kFirmaEntidadFoto360) == 0)
+    {
+        return "Foto360";
+    }
+    return cad::nombreTipo(e.etiqueta());
 }
 
 // Rows whose value is three numbers.
@@ -530,7 +548,7 @@ tv_estado tv_dibujo_tipo(tv_dibujo* d, int64_t h, const char** tipo)
                         {
                             return TV_ERROR_ENTIDAD;
                         }
-                        *tipo = s.guarda(cad::nombreTipo(e->etiqueta()));
+                        *tipo = s.guarda(nombreDeTipo(*e));
                         return TV_OK;
                     });
 }
