@@ -287,6 +287,16 @@ static void pruebaManejadores(void)
     CHECK(strcmp(tv_mensaje(d), hilo) == 0);
     CHECK_ESTADO(tv_dibujo_libera(d), TV_ERROR_MANEJADOR);
     OK(tv_dibujo_libera(NULL));
+    /* A handle is never given twice: a new drawing, likely made where the freed one was, does
+     * not answer to the old handle. */
+    {
+        tv_dibujo* otro = NULL;
+        OK(tv_dibujo_nuevo(NULL, &otro));
+        CHECK(otro != d);
+        CHECK_ESTADO(tv_dibujo_punto(d, 1, 2, 3, &h), TV_ERROR_MANEJADOR);
+        CHECK(numeroEntidades(otro) == 0);
+        OK(tv_dibujo_libera(otro));
+    }
     OK(tv_pantalla_libera(p));
     CHECK_ESTADO(tv_pantalla_libera(p), TV_ERROR_MANEJADOR);
     CHECK_ESTADO(tv_pantalla_estado(p, NULL, NULL, NULL), TV_ERROR_MANEJADOR);
@@ -795,6 +805,27 @@ static void pruebaGuion(void)
     OK(tv_dibujo_ejecuta(d, "deshacer\n", &t));
     CHECK(contiene(t, "Deshecho"));
     CHECK(numeroEntidades(d) == 1);
+
+    /* `sal` ends the script at once, unsaved changes or not; the drawing stays. */
+    OK(tv_dibujo_ejecuta(d, "punto\n2,2\n\nsal\npunto\n3,3\n\n", &t));
+    CHECK(!contiene(t, "sal otra vez"));
+    CHECK(!contiene(t, "> 3,3"));
+    CHECK(numeroEntidades(d) == 2);
+    OK(tv_dibujo_ejecuta(d, "lista\n", &t));
+    CHECK(contiene(t, "Entidades (2):"));
+
+    /* A plane whose first point is repeated still fits; a sphere past the kernel's limits is
+     * refused with them. */
+    {
+        const double repetido[12] = {0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0};
+        const double centro[3] = {0, 0, 0};
+        const double giros[3] = {0, 0, 0};
+        int64_t h = 0;
+        OK(tv_dibujo_plano(d, repetido, 12, &h));
+        CHECK_ESTADO(tv_dibujo_foto360(d, centro, 1, 256, 256, giros, "f.jpg", &h),
+                     TV_ERROR_ARGUMENTO);
+        CHECK(contiene(tv_mensaje(d), "1024 meridianos"));
+    }
     OK(tv_dibujo_libera(d));
 }
 
@@ -1057,6 +1088,8 @@ static void pruebaImporta(void)
     CHECK(a.reentradas >= 1);
     CHECK(a.interior == TV_ERROR_OCUPADO);
     CHECK(a.interiorOtro == TV_OK);
+    /* The refused inner call told only the thread: the import's own message is clean. */
+    CHECK(strcmp(tv_mensaje(d), "") == 0);
     CHECK(contiene(informe, "Vertices: 3"));
     CHECK(contiene(informe, "1 triangulos"));
     CHECK(numeroEntidades(d) == 4);

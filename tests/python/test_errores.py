@@ -46,6 +46,11 @@ def test_entradas_malas():
         falla(Estado.ERROR_RECHAZADO, d.borra_capa, "0")
         with pytest.raises(OverflowError):
             d.set_variable("GRANDE", 2**40)
+        # What C would cut or wrap without a word is refused before the call.
+        with pytest.raises(ValueError, match="nulo"):
+            d.guarda("obra.cad\0.bak")
+        with pytest.raises(ValueError, match="0xFFFFFFFF"):
+            d.grupo_puntos(numpy.zeros((2, 3)), numpy.array([-1, 5]))
 
 
 def test_ficheros_malos(salida):
@@ -120,3 +125,7 @@ def test_progreso_que_llama_al_dibujo_o_falla(datos):
         with pytest.raises(KeyError, match="del progreso"):
             d.importa(fichero, corta)
         falla(Estado.ERROR_FICHERO, d.importa, datos / "no_existe.obj")
+        # Closing from inside the call is refused, and the drawing stays open and usable.
+        with pytest.raises(TarveloError):
+            d.importa(fichero, lambda f: d.cierra())
+        assert not d.cerrado and len(d.entidades()) >= 1

@@ -32,71 +32,78 @@ struct tv_dibujo
     std::string mensaje;
     // Strings handed out by the present call; a deque, so that adding one moves no other.
     std::deque<std::string> textos;
+    // Inside a call; set and cleared only under the registry's lock (see entra).
     bool ocupado = false;
 
     Fendrix::WrapDibujoCAD& fachada() { return sesion->fachada(); }
     cad::Dibujo& dibujo() { return *sesion->fachada().mDibujo; }
-    // Keeps `s` until the next call and gives its characters.
-    const char* guarda(std::string s)
-    {
-        textos.push_back(std::move(s));
-        return textos.back().c_str();
-    }
+    // Keeps `s` (made valid UTF-8) until the next call and gives its characters.
+    const char* guarda(std::string s);
 };
 
 namespace tarvelo_c
 {
 
-// The registries of live handles, one per kind: a pointer is dereferenced only after it was
-// found in its kind's, so that a display passed as a drawing is refused too.
-void registra(const tv_dibujo* h);
-void registra(const tv_pantalla* h);
-void olvida(const tv_dibujo* h);
-void olvida(const tv_pantalla* h);
-bool vivo(const tv_dibujo* h);
-bool vivo(const tv_pantalla* h);
+// Handles are numbers handed out once, never addresses: a freed handle, one of the other
+// kind or any other pointer finds nothing, and nothing is ever read through it.
+tv_dibujo* registra(std::unique_ptr<tv_dibujo> d);
+tv_pantalla* registra(std::unique_ptr<tv_pantalla> p);
+// The display behind a handle, or null.
+tv_pantalla* pantalla(const tv_pantalla* h);
+// The drawing behind a handle, for its message only: it may be inside a call.
+tv_dibujo* dibujoDe(const tv_dibujo* h);
+// Takes the handle out of use and gives its object to be destroyed; null with the reason in
+// `e` for a handle that is not live or a drawing inside a call.
+std::unique_ptr<tv_dibujo> retira(const tv_dibujo* h, tv_estado& e);
+std::unique_ptr<tv_pantalla> retira(const tv_pantalla* h);
+// Marks the drawing inside a call and gives it; null, with the reason in `e`, for a handle that
+// is not live or a drawing already inside one. `sale` ends the call.
+tv_dibujo* entra(const tv_dibujo* h, tv_estado& e) noexcept;
+void sale(tv_dibujo* d) noexcept;
 
 // Records a failure: on the drawing when there is one, and as the thread's last message.
 tv_estado falla(tv_dibujo* d, tv_estado e, const std::string& texto);
+// The same where memory may be short: a failure to record it is swallowed.
+tv_estado fallaSin(tv_dibujo* d, tv_estado e, const char* texto, const char* detalle) noexcept;
+// `s` with every byte that does not belong to a UTF-8 sequence replaced by U+FFFD.
+std::string utf8Saneado(std::string s);
 
 // What the kernel said during the call (the editor's refusals reach the session's output),
 // for a message; `porDefecto` when it said nothing.
 std::string loDicho(tv_dibujo& d, const char* porDefecto);
 
 // Runs `f(d)` for a live, idle drawing: strings of the previous call released, the message
-// cleared, and whatever the kernel raises turned into TV_ERROR_INTERNO.
+// cleared, and whatever the kernel raises turned into TV_ERROR_INTERNO. Nothing escapes.
 template <typename F>
-tv_estado enDibujo(tv_dibujo* d, F&& f)
+tv_estado enDibujo(const tv_dibujo* h, F&& f) noexcept
 {
-    if (!vivo(d))
+    tv_estado e = TV_OK;
+    tv_dibujo* d = entra(h, e);
+    if (d == nullptr)
     {
-        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es un dibujo abierto");
+        return e;
     }
-    if (d->ocupado)
+    struct Fin
     {
-        return falla(d, TV_ERROR_OCUPADO,
-                     "el dibujo está dentro de otra llamada (una llamada desde su propio aviso)");
-    }
-    d->ocupado = true;
-    d->textos.clear();
-    d->mensaje.clear();
-    d->salida.str("");
-    d->salida.clear();
-    tv_estado e = TV_ERROR_INTERNO;
+        tv_dibujo* d;
+        ~Fin() { sale(d); }
+    } fin{d};
     try
     {
-        e = f(*d);
+        d->textos.clear();
+        d->mensaje.clear();
+        d->salida.str("");
+        d->salida.clear();
+        return f(*d);
     }
     catch (const std::exception& ex)
     {
-        e = falla(d, TV_ERROR_INTERNO, std::string("error interno: ") + ex.what());
+        return fallaSin(d, TV_ERROR_INTERNO, "error interno: ", ex.what());
     }
     catch (...)
     {
-        e = falla(d, TV_ERROR_INTERNO, "error interno");
+        return fallaSin(d, TV_ERROR_INTERNO, "error interno", "");
     }
-    d->ocupado = false;
-    return e;
 }
 
 // Argument checks; each records its failure and gives false.
@@ -114,9 +121,9 @@ tv_estado copia(tv_dibujo& d, const T* datos, size_t n, T* destino, size_t capac
     {
         return falla(&d, TV_ERROR_ARGUMENTO, "falta el puntero de la cuenta");
     }
-    *cuenta = n;
     if (capacidad < n)
     {
+        *cuenta = n;
         return falla(&d, TV_ERROR_LONGITUD,
                      "el vector de salida tiene sitio para " + std::to_string(capacidad) +
                          " elementos y hacen falta " + std::to_string(n));
@@ -129,6 +136,7 @@ tv_estado copia(tv_dibujo& d, const T* datos, size_t n, T* destino, size_t capac
     {
         destino[i] = datos[i];
     }
+    *cuenta = n;
     return TV_OK;
 }
 

@@ -101,8 +101,9 @@ TV_API tv_estado tv_dibujo_nuevo(tv_pantalla* p, tv_dibujo** d);
 TV_API tv_estado tv_dibujo_libera(tv_dibujo* d);
 /* Replaces the document by an empty one. */
 TV_API tv_estado tv_dibujo_vacia(tv_dibujo* d);
-/* Reads a drawing file. On failure the drawing stays as it was. `danadas` (may be null) counts
- * the entities of a damaged file that were kept unread; the message then says so. */
+/* Reads a drawing file in place of the drawing. On failure the drawing stays as it was; its
+ * undo history goes in any case. `danadas` (may be null) counts the entities of a damaged file
+ * that were kept unread; the message then says so. */
 TV_API tv_estado tv_dibujo_abre(tv_dibujo* d, const char* fichero, int64_t* danadas);
 /* Saves the drawing. The file is written whole or not at all: on failure the previous file is
  * untouched and the message says why. */
@@ -110,7 +111,8 @@ TV_API tv_estado tv_dibujo_guarda(tv_dibujo* d, const char* fichero);
 /* Writes the drawing as a DXF file (AC1009), whole or not at all. */
 TV_API tv_estado tv_dibujo_exporta_dxf(tv_dibujo* d, const char* fichero);
 /* Adds a DXF plan or an OBJ model (by the name's extension, any case; any other name is
- * TV_ERROR_ARGUMENTO) to the drawing, with no undo step.
+ * TV_ERROR_ARGUMENTO) to the drawing, with no undo step. A DXF that fails part way leaves what
+ * was read before the failure.
  * `informe` (may be null) receives the reader's report of what came in; `progreso` (may be
  * null) hears how far the reading has gone. */
 TV_API tv_estado tv_dibujo_importa(tv_dibujo* d, const char* fichero, tv_progreso progreso,
@@ -120,7 +122,8 @@ TV_API tv_estado tv_dibujo_hay_cambios(tv_dibujo* d, int* cambios);
 
 /* Runs lines of the command language of `tarvelo guion` (one order or answer per line,
  * `#` comments) on this drawing, as a script: a command still waiting at the end is cancelled,
- * and a failing order stops the rest (TV_ERROR_GUION). `transcripcion` (may be null) receives
+ * a failing order stops the rest (TV_ERROR_GUION), and `sal` ends the script (the drawing
+ * stays). `transcripcion` (may be null) receives
  * the transcript, each line after its marker, as the command-line tool prints it. */
 TV_API tv_estado tv_dibujo_ejecuta(tv_dibujo* d, const char* lineas, const char** transcripcion);
 

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <sstream>
 #include <stdexcept>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "Importa.h"
@@ -27,37 +27,33 @@ std::mutex& mutexRegistro()
     return m;
 }
 
-// Live handles of each kind.
+// The objects behind the live handles of each kind, by handle.
 template <typename T>
-std::unordered_set<const T*>& registro()
+std::unordered_map<uintptr_t, std::unique_ptr<T>>& registro()
 {
-    static std::unordered_set<const T*> r;
+    static std::unordered_map<uintptr_t, std::unique_ptr<T>> r;
     return r;
 }
 
+// The next handle: one counter for both kinds, in steps that keep the values looking like
+// aligned pointers to a debugger. It would take 2^60 handles to come round.
+uintptr_t siguienteManejador = 0;
+
 template <typename T>
-void anota(const T* h, bool vive)
+T* registraEn(std::unique_ptr<T> objeto)
 {
     const std::lock_guard<std::mutex> l(mutexRegistro());
-    if (vive)
-    {
-        registro<T>().insert(h);
-    }
-    else
-    {
-        registro<T>().erase(h);
-    }
+    siguienteManejador += 16;
+    registro<T>().emplace(siguienteManejador, std::move(objeto));
+    return reinterpret_cast<T*>(siguienteManejador);
 }
 
 template <typename T>
-bool consta(const T* h)
+T* buscaEn(const T* h)
 {
-    if (h == nullptr)
-    {
-        return false;
-    }
     const std::lock_guard<std::mutex> l(mutexRegistro());
-    return registro<T>().count(h) != 0;
+    const auto i = registro<T>().find(reinterpret_cast<uintptr_t>(h));
+    return i != registro<T>().end() ? i->second.get() : nullptr;
 }
 
 thread_local std::string ultimoMensaje;
@@ -129,43 +125,178 @@ bool existeVista(tv_dibujo& d, const std::string& nombre)
 namespace tarvelo_c
 {
 
-void registra(const tv_dibujo* h)
+tv_dibujo* registra(std::unique_ptr<tv_dibujo> d)
 {
-    anota(h, true);
+    return registraEn(std::move(d));
 }
 
-void registra(const tv_pantalla* h)
+tv_pantalla* registra(std::unique_ptr<tv_pantalla> p)
 {
-    anota(h, true);
+    return registraEn(std::move(p));
 }
 
-void olvida(const tv_dibujo* h)
+tv_pantalla* pantalla(const tv_pantalla* h)
 {
-    anota(h, false);
+    return buscaEn(h);
 }
 
-void olvida(const tv_pantalla* h)
+tv_dibujo* dibujoDe(const tv_dibujo* h)
 {
-    anota(h, false);
+    return buscaEn(h);
 }
 
-bool vivo(const tv_dibujo* h)
+std::unique_ptr<tv_dibujo> retira(const tv_dibujo* h, tv_estado& e)
 {
-    return consta(h);
+    const std::lock_guard<std::mutex> l(mutexRegistro());
+    const auto i = registro<tv_dibujo>().find(reinterpret_cast<uintptr_t>(h));
+    if (i == registro<tv_dibujo>().end())
+    {
+        e = TV_ERROR_MANEJADOR;
+        return nullptr;
+    }
+    if (i->second->ocupado)
+    {
+        e = TV_ERROR_OCUPADO;
+        return nullptr;
+    }
+    std::unique_ptr<tv_dibujo> d = std::move(i->second);
+    registro<tv_dibujo>().erase(i);
+    return d;
 }
 
-bool vivo(const tv_pantalla* h)
+std::unique_ptr<tv_pantalla> retira(const tv_pantalla* h)
 {
-    return consta(h);
+    const std::lock_guard<std::mutex> l(mutexRegistro());
+    const auto i = registro<tv_pantalla>().find(reinterpret_cast<uintptr_t>(h));
+    if (i == registro<tv_pantalla>().end())
+    {
+        return nullptr;
+    }
+    std::unique_ptr<tv_pantalla> p = std::move(i->second);
+    registro<tv_pantalla>().erase(i);
+    return p;
+}
+
+tv_dibujo* entra(const tv_dibujo* h, tv_estado& e) noexcept
+{
+    try
+    {
+        const std::lock_guard<std::mutex> l(mutexRegistro());
+        const auto i = registro<tv_dibujo>().find(reinterpret_cast<uintptr_t>(h));
+        if (i == registro<tv_dibujo>().end())
+        {
+            e = TV_ERROR_MANEJADOR;
+        }
+        else if (i->second->ocupado)
+        {
+            e = TV_ERROR_OCUPADO;
+        }
+        else
+        {
+            i->second->ocupado = true;
+            return i->second.get();
+        }
+    }
+    catch (...)
+    {
+        e = TV_ERROR_INTERNO;
+    }
+    // Only the thread's message: a busy drawing keeps the message of the call it is in.
+    fallaSin(nullptr, e,
+             e == TV_ERROR_MANEJADOR ? "el manejador no es un dibujo abierto"
+             : e == TV_ERROR_OCUPADO
+                 ? "el dibujo está dentro de otra llamada (una llamada desde su propio aviso)"
+                 : "error interno",
+             "");
+    return nullptr;
+}
+
+void sale(tv_dibujo* d) noexcept
+{
+    try
+    {
+        const std::lock_guard<std::mutex> l(mutexRegistro());
+        d->ocupado = false;
+    }
+    catch (...)
+    {
+        d->ocupado = false;
+    }
+}
+
+tv_estado fallaSin(tv_dibujo* d, tv_estado e, const char* texto, const char* detalle) noexcept
+{
+    try
+    {
+        falla(d, e, std::string(texto) + detalle);
+    }
+    catch (...)
+    {
+        // No memory for the words: the status still tells.
+    }
+    return e;
+}
+
+std::string utf8Saneado(std::string s)
+{
+    try
+    {
+        cad::utf8AUtf16(s);
+        return s;
+    }
+    catch (const std::logic_error&)
+    {
+    }
+    std::string limpio;
+    limpio.reserve(s.size() + 16);
+    const auto* b = reinterpret_cast<const unsigned char*>(s.data());
+    const size_t n = s.size();
+    for (size_t i = 0; i < n;)
+    {
+        const unsigned char c = b[i];
+        const size_t largo = c < 0x80           ? 1
+                             : (c >> 5) == 0x6  ? 2
+                             : (c >> 4) == 0xE  ? 3
+                             : (c >> 3) == 0x1E ? 4
+                                                : 0;
+        bool bien = largo != 0 && i + largo <= n;
+        for (size_t k = 1; bien && k < largo; ++k)
+        {
+            bien = (b[i + k] & 0xC0) == 0x80;
+        }
+        if (bien && largo > 1)
+        {
+            // Overlong forms, surrogates and values past U+10FFFF are not characters either.
+            uint32_t v = c & (0x7F >> largo);
+            for (size_t k = 1; k < largo; ++k)
+            {
+                v = (v << 6) | (b[i + k] & 0x3F);
+            }
+            const uint32_t minimo[] = {0, 0, 0x80, 0x800, 0x10000};
+            bien = v >= minimo[largo] && v <= 0x10FFFF && (v < 0xD800 || v > 0xDFFF);
+        }
+        if (bien)
+        {
+            limpio.append(s, i, largo);
+            i += largo;
+        }
+        else
+        {
+            limpio += "\xEF\xBF\xBD";
+            ++i;
+        }
+    }
+    return limpio;
 }
 
 tv_estado falla(tv_dibujo* d, tv_estado e, const std::string& texto)
 {
+    std::string limpio = utf8Saneado(texto);
     if (d != nullptr)
     {
-        d->mensaje = texto;
+        d->mensaje = limpio;
     }
-    ultimoMensaje = texto;
+    ultimoMensaje = std::move(limpio);
     return e;
 }
 
@@ -229,6 +360,12 @@ bool finitos(tv_dibujo& d, const double* v, size_t n)
 }
 
 }  // namespace tarvelo_c
+
+const char* tv_dibujo::guarda(std::string s)
+{
+    textos.push_back(tarvelo_c::utf8Saneado(std::move(s)));
+    return textos.back().c_str();
+}
 
 namespace
 {
@@ -307,7 +444,8 @@ const char* tv_version(void)
 
 const char* tv_mensaje(const tv_dibujo* d)
 {
-    return tarvelo_c::vivo(d) ? d->mensaje.c_str() : ultimoMensaje.c_str();
+    const tv_dibujo* x = tarvelo_c::dibujoDe(d);
+    return x != nullptr ? x->mensaje.c_str() : ultimoMensaje.c_str();
 }
 
 const char* tv_ultimo_mensaje(void)
@@ -365,13 +503,16 @@ tv_estado tv_pantalla_nueva(int32_t ancho, int32_t alto, tv_pantalla** p)
         // Nothing reads the call record, which would otherwise grow with every repaint.
         nueva->pantalla->grabando = false;
         nueva->pantalla->setTamano(ancho, alto);
-        tarvelo_c::registra(nueva.get());
-        *p = nueva.release();
+        *p = tarvelo_c::registra(std::move(nueva));
         return TV_OK;
     }
     catch (const std::exception& e)
     {
-        return falla(nullptr, TV_ERROR_INTERNO, std::string("error interno: ") + e.what());
+        return tarvelo_c::fallaSin(nullptr, TV_ERROR_INTERNO, "error interno: ", e.what());
+    }
+    catch (...)
+    {
+        return tarvelo_c::fallaSin(nullptr, TV_ERROR_INTERNO, "error interno", "");
     }
 }
 
@@ -381,19 +522,18 @@ tv_estado tv_pantalla_libera(tv_pantalla* p)
     {
         return TV_OK;
     }
-    if (!tarvelo_c::vivo(p))
+    if (tarvelo_c::retira(p) == nullptr)
     {
         return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
     }
-    tarvelo_c::olvida(p);
-    delete p;
     return TV_OK;
 }
 
-tv_estado tv_pantalla_camara(tv_pantalla* p, const double posicion[3], const double objetivo[3],
+tv_estado tv_pantalla_camara(tv_pantalla* h, const double posicion[3], const double objetivo[3],
                              const double arriba[3])
 {
-    if (!tarvelo_c::vivo(p))
+    tv_pantalla* p = tarvelo_c::pantalla(h);
+    if (p == nullptr)
     {
         return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
     }
@@ -422,10 +562,11 @@ tv_estado tv_pantalla_camara(tv_pantalla* p, const double posicion[3], const dou
     return TV_OK;
 }
 
-tv_estado tv_pantalla_estado(const tv_pantalla* p, int32_t* ancho, int32_t* alto,
+tv_estado tv_pantalla_estado(const tv_pantalla* h, int32_t* ancho, int32_t* alto,
                              size_t* primitivas)
 {
-    if (!tarvelo_c::vivo(p))
+    const tv_pantalla* p = tarvelo_c::pantalla(h);
+    if (p == nullptr)
     {
         return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
     }
@@ -453,20 +594,21 @@ tv_estado tv_dibujo_nuevo(tv_pantalla* p, tv_dibujo** d)
     {
         return falla(nullptr, TV_ERROR_ARGUMENTO, "falta el puntero donde dejar el dibujo");
     }
-    if (p != nullptr && !tarvelo_c::vivo(p))
-    {
-        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
-    }
     try
     {
+        const tv_pantalla* pantalla = p != nullptr ? tarvelo_c::pantalla(p) : nullptr;
+        if (p != nullptr && pantalla == nullptr)
+        {
+            return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es una pantalla abierta");
+        }
         auto nuevo = std::make_unique<tv_dibujo>();
         // A script echoes each line after its marker, and stops at the first failed order.
         tarvelo::Sesion::opciones_t opciones;
         opciones.eco = true;
         opciones.detieneAlFallar = true;
-        if (p != nullptr)
+        if (pantalla != nullptr)
         {
-            nuevo->pantalla = p->pantalla;
+            nuevo->pantalla = pantalla->pantalla;
             nuevo->sesion =
                 std::make_unique<tarvelo::Sesion>(*nuevo->pantalla, nuevo->salida, opciones);
         }
@@ -475,13 +617,16 @@ tv_estado tv_dibujo_nuevo(tv_pantalla* p, tv_dibujo** d)
             nuevo->sesion =
                 std::make_unique<tarvelo::Sesion>(nuevo->sinEntrada, nuevo->salida, opciones);
         }
-        tarvelo_c::registra(nuevo.get());
-        *d = nuevo.release();
+        *d = tarvelo_c::registra(std::move(nuevo));
         return TV_OK;
     }
     catch (const std::exception& e)
     {
-        return falla(nullptr, TV_ERROR_INTERNO, std::string("error interno: ") + e.what());
+        return tarvelo_c::fallaSin(nullptr, TV_ERROR_INTERNO, "error interno: ", e.what());
+    }
+    catch (...)
+    {
+        return tarvelo_c::fallaSin(nullptr, TV_ERROR_INTERNO, "error interno", "");
     }
 }
 
@@ -491,17 +636,25 @@ tv_estado tv_dibujo_libera(tv_dibujo* d)
     {
         return TV_OK;
     }
-    if (!tarvelo_c::vivo(d))
+    tv_estado e = TV_OK;
+    try
     {
-        return falla(nullptr, TV_ERROR_MANEJADOR, "el manejador no es un dibujo abierto");
+        std::unique_ptr<tv_dibujo> retirado = tarvelo_c::retira(d, e);
+        if (retirado == nullptr)
+        {
+            return falla(nullptr, e,
+                         e == TV_ERROR_OCUPADO
+                             ? "el dibujo no se puede liberar desde su propio aviso"
+                             : "el manejador no es un dibujo abierto");
+        }
+        // Destroyed here, outside the registry's lock: a big drawing takes a while.
+        retirado.reset();
+        return TV_OK;
     }
-    if (d->ocupado)
+    catch (...)
     {
-        return falla(d, TV_ERROR_OCUPADO, "el dibujo no se puede liberar desde su propio aviso");
+        return tarvelo_c::fallaSin(nullptr, TV_ERROR_INTERNO, "error interno al liberar", "");
     }
-    tarvelo_c::olvida(d);
-    delete d;
-    return TV_OK;
 }
 
 tv_estado tv_dibujo_vacia(tv_dibujo* d)
@@ -662,7 +815,11 @@ tv_estado tv_dibujo_ejecuta(tv_dibujo* d, const char* lineas, const char** trans
                         if (codigo != 0)
                         {
                             // The transcript's last lines say which order failed and why.
-                            const size_t corte = dicho.size() > 2000 ? dicho.size() - 2000 : 0;
+                            size_t corte = dicho.size() > 2000 ? dicho.size() - 2000 : 0;
+                            while (corte < dicho.size() && (dicho[corte] & 0xC0) == 0x80)
+                            {
+                                ++corte;  // not inside a character
+                            }
                             return falla(&x, TV_ERROR_GUION,
                                          "el guion se detuvo: " + dicho.substr(corte));
                         }
@@ -863,22 +1020,20 @@ tv_estado tv_dibujo_nuevo_material(tv_dibujo* d, int32_t idExterno, uint32_t col
             {
                 return TV_ERROR_ARGUMENTO;
             }
-            if (!std::isfinite(brillo))
+            if (!(std::isfinite(brillo) && std::fabs(brillo) <= 1e30))
             {
-                return falla(&x, TV_ERROR_ARGUMENTO, "el brillo no es un número finito");
+                return falla(&x, TV_ERROR_ARGUMENTO, "el brillo no es un número admisible");
             }
-            WrapDibujoCAD& f = x.fachada();
-            const int32_t nuevo = f.nuevoMaterial(idExterno, color, brillo);
-            if (nuevo < 0)
-            {
-                return falla(&x, TV_ERROR_RECHAZADO,
-                             tarvelo_c::loDicho(x, "el dibujo no admite el material"));
-            }
-            if (!imagen.empty() && !f.setMaterial(nuevo, idExterno, color, brillo, imagen))
+            // Colour, shine and texture in one step: a refused texture leaves no material.
+            const int16_t nuevo =
+                x.dibujo().nuevoMaterial(idExterno, color, static_cast<float>(brillo), imagen);
+            if (nuevo == 0)
             {
                 return falla(&x, TV_ERROR_RECHAZADO,
-                             tarvelo_c::loDicho(x, "el material no admite la textura"));
+                             "el dibujo no admite el material (¿una ruta de textura demasiado "
+                             "larga?)");
             }
+            x.dibujo().edicionHecha();
             if (id != nullptr)
             {
                 *id = nuevo;

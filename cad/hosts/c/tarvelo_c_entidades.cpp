@@ -69,9 +69,11 @@ std::vector<cad::Punto3<double>> comoPuntos(const double* xyz, size_t nxyz)
 
 bool positivo(tv_dibujo& d, double v, const char* que)
 {
-    if (!(std::isfinite(v) && v > 0.0))
+    // Some of these are kept in single precision: a larger number would become infinite.
+    if (!(std::isfinite(v) && v > 0.0 && v <= 1e30))
     {
-        falla(&d, TV_ERROR_ARGUMENTO, std::string(que) + " ha de ser un número positivo");
+        falla(&d, TV_ERROR_ARGUMENTO,
+              std::string(que) + " ha de ser un número positivo (hasta 1e30)");
         return false;
     }
     return true;
@@ -366,11 +368,24 @@ tv_estado tv_dibujo_plano(tv_dibujo* d, const double* xyz, size_t nxyz, int64_t*
                 return e;
             }
             const std::vector<cad::Punto3<double>> p = comoPuntos(xyz, nxyz);
-            // Points all in one line fit no plane.
-            bool enLinea = true;
-            for (size_t i = 2; i < p.size() && enLinea; ++i)
+            // Points all in one line fit no plane: measured against the point farthest from
+            // the first, so that a repeated first point does not hide the others.
+            size_t lejano = 0;
+            double distancia = 0.0;
+            for (size_t i = 1; i < p.size(); ++i)
             {
-                const cad::Vector3D<double> u(p[1].x - p[0].x, p[1].y - p[0].y, p[1].z - p[0].z);
+                const cad::Vector3D<double> u(p[i].x - p[0].x, p[i].y - p[0].y, p[i].z - p[0].z);
+                if (u.modulo() > distancia)
+                {
+                    distancia = u.modulo();
+                    lejano = i;
+                }
+            }
+            const cad::Vector3D<double> u(p[lejano].x - p[0].x, p[lejano].y - p[0].y,
+                                          p[lejano].z - p[0].z);
+            bool enLinea = true;
+            for (size_t i = 1; i < p.size() && enLinea && distancia > 0.0; ++i)
+            {
                 const cad::Vector3D<double> w(p[i].x - p[0].x, p[i].y - p[0].y, p[i].z - p[0].z);
                 enLinea = u.cross(w).modulo() <= 1e-12 * (u.modulo() * w.modulo());
             }
@@ -460,30 +475,30 @@ tv_estado tv_dibujo_foto360(tv_dibujo* d, const double posicion[3], double radio
                             int32_t meridianos, int32_t paralelos, const double giros[3],
                             const char* foto, int64_t* h)
 {
-    return enDibujo(
-        d,
-        [&](tv_dibujo& s)
-        {
-            std::string f;
-            if (!tarvelo_c::texto(s, foto, "el nombre de la foto", f) ||
-                !tarvelo_c::finitos(s, posicion, 3) || !tarvelo_c::finitos(s, giros, 3) ||
-                !positivo(s, radio, "el radio"))
-            {
-                return TV_ERROR_ARGUMENTO;
-            }
-            // Each is a count of the sphere's faces around and up: a few thousand at most.
-            if (meridianos < 3 || meridianos > 4096 || paralelos < 2 || paralelos > 4096)
-            {
-                return falla(&s, TV_ERROR_ARGUMENTO,
-                             "la esfera de la foto necesita de 3 a 4096 meridianos y de 2 a "
-                             "4096 paralelos");
-            }
-            return creada(
-                s,
-                s.fachada().nuevaFoto360(posicion[0], posicion[1], posicion[2], radio, meridianos,
-                                         paralelos, giros[0], giros[1], giros[2], f),
-                h, "la foto 360");
-        });
+    return enDibujo(d,
+                    [&](tv_dibujo& s)
+                    {
+                        std::string f;
+                        if (!tarvelo_c::texto(s, foto, "el nombre de la foto", f) ||
+                            !tarvelo_c::finitos(s, posicion, 3) ||
+                            !tarvelo_c::finitos(s, giros, 3) || !positivo(s, radio, "el radio"))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        if (!cad::divisionesAdmisibles(meridianos, paralelos))
+                        {
+                            return falla(&s, TV_ERROR_ARGUMENTO,
+                                         "la esfera de la foto admite de 3 a " +
+                                             std::to_string(cad::kMaximoMeridianos) +
+                                             " meridianos, al menos 2 paralelos y no más de " +
+                                             std::to_string(cad::kMaximoCarasEsfera) + " caras");
+                        }
+                        return creada(s,
+                                      s.fachada().nuevaFoto360(
+                                          posicion[0], posicion[1], posicion[2], radio, meridianos,
+                                          paralelos, giros[0], giros[1], giros[2], f),
+                                      h, "la foto 360");
+                    });
 }
 
 tv_estado tv_dibujo_sistema_local(tv_dibujo* d, const char* nombre, const double origen[3],

@@ -127,13 +127,22 @@ void Sesion::recorre()
 
 int Sesion::ejecutaGuion(std::istream& lineas)
 {
-    std::istream* anterior = entrada;
+    // The session's own input comes back however the run ends: `lineas` dies with the caller.
+    struct Entrada
+    {
+        std::istream*& actual;
+        std::istream* anterior;
+        ~Entrada() { actual = anterior; }
+    } restaura{entrada, entrada};
     entrada = &lineas;
     terminando = salir = fallada = false;
     cancelacionesAlTerminar = 0;
     numeroLinea = 0;
+    // Nothing runs between scripts; an order cut short by an exception left no count behind.
+    profundidad = 0;
+    // The drawing outlives the script: `sal` ends the script, with nothing to warn of.
+    avisoCambiosDado = true;
     recorre();
-    entrada = anterior;
     salida << std::flush;
     return codigo();
 }

@@ -74,7 +74,8 @@ public:
     int ejecuta();
     // Runs the lines of `lineas` as a script, as ejecuta runs its input, on the drawing as it
     // stands; it can be called again with more lines. Returns ejecuta's code for this run.
-    // The drawing is kept whatever it holds: nothing is said of unsaved changes.
+    // The drawing is kept whatever it holds: nothing is said of unsaved changes, and `sal`
+    // ends the script at once.
     int ejecutaGuion(std::istream& lineas);
 
     // A line typed by the user, handled as ejecuta handles a line read: echoed after the

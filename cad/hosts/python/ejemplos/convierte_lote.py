@@ -39,6 +39,10 @@ def main():
         except tarvelo.TarveloError as e:
             fallidos += 1
             print(f"{cad.name}: ERROR {e.nombre}: {e}")
+        except (OSError, ValueError) as e:
+            # A name the library refuses (not UTF-8) or a folder that went away.
+            fallidos += 1
+            print(f"{cad.name}: ERROR: {e}")
     print(f"{len(ficheros) - fallidos} convertidos, {fallidos} con error")
     return 1 if fallidos else 0
 

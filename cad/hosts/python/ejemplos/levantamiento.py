@@ -27,7 +27,13 @@ CABECERA = ["id", "x", "y", "z", "codigo"]
 
 def lee_puntos(ruta):
     """The CSV's ids, (N, 3) coordinates and codes, and the list of rows skipped."""
-    texto = Path(ruta).read_text(encoding="utf-8-sig")
+    try:
+        texto = Path(ruta).read_text(encoding="utf-8-sig")
+    except UnicodeDecodeError:
+        # Field software often writes Windows-1252; every byte means something there.
+        texto = Path(ruta).read_text(encoding="cp1252", errors="replace")
+    except OSError as e:
+        raise SystemExit(f"{ruta}: no se puede leer: {e.strerror}")
     lineas = texto.splitlines()
     primera = next((l for l in lineas if l.strip()), "")
     separador = ";" if primera.count(";") > primera.count(",") else ","

@@ -43,7 +43,7 @@ class TarveloError(Exception):
 
     def __init__(self, estado, mensaje):
         self.estado = Estado(estado) if estado in Estado._value2member_map_ else estado
-        self.nombre = C.nombre_estado(int(estado)).decode("utf-8")
+        self.nombre = C.nombre_estado(int(estado)).decode("utf-8", errors="replace")
         self.mensaje = mensaje or self.nombre
         super().__init__(self.mensaje)
 
@@ -63,7 +63,7 @@ _PI64 = ctypes.POINTER(ctypes.c_int64)
 
 def version():
     """The library's "MAJOR.MINOR.PATCH"."""
-    return C.version().decode("utf-8")
+    return C.version().decode("utf-8", errors="replace")
 
 
 def guion(lineas, fichero=None):
@@ -75,19 +75,28 @@ def guion(lineas, fichero=None):
 
 # --- conversions ---------------------------------------------------------------------------
 
+def _sin_nulo(b):
+    # A C string ends at its first zero byte: what follows would be dropped without a word.
+    if b"\0" in b:
+        raise ValueError("un texto para la biblioteca no puede contener el carácter nulo")
+    return b
+
+
 def _texto(s):
-    if isinstance(s, bytes):
-        return s
-    return str(s).encode("utf-8")
+    return _sin_nulo(s if isinstance(s, bytes) else str(s).encode("utf-8"))
 
 
 def _ruta(p):
-    p = os.fspath(p)
-    return p if isinstance(p, bytes) else p.encode("utf-8")
+    # A file name that is not UTF-8 comes back as the bytes the system gave.
+    return _sin_nulo(os.fsencode(p))
+
+
+def _decodifica(b):
+    return b.decode("utf-8", errors="replace")
 
 
 def _sale(p):
-    return p.value.decode("utf-8") if p.value is not None else ""
+    return _decodifica(p.value) if p.value is not None else ""
 
 
 def _i32(v):
@@ -135,7 +144,7 @@ class Pantalla:
     @staticmethod
     def _comprueba(estado):
         if estado != 0:
-            raise TarveloError(estado, C.ultimo_mensaje().decode("utf-8"))
+            raise TarveloError(estado, C.ultimo_mensaje().decode("utf-8", errors="replace"))
 
     def camara(self, posicion, objetivo, arriba):
         a, b, c = _vector(posicion), _vector(objetivo), _vector(arriba)
@@ -151,8 +160,8 @@ class Pantalla:
         """Frees the display; a second call does nothing. Later calls are refused by the
         library, since the handle passed from then on is null."""
         if self._p is not None:
-            p, self._p = self._p, None
-            self._comprueba(C.pantalla_libera(p))
+            self._comprueba(C.pantalla_libera(self._p))
+            self._p = None
 
     def __enter__(self):
         return self
@@ -178,7 +187,7 @@ class Dibujo:
         d = ctypes.c_void_p()
         estado = C.dibujo_nuevo(pantalla._p if pantalla is not None else None, ctypes.byref(d))
         if estado != 0:
-            raise TarveloError(estado, C.ultimo_mensaje().decode("utf-8"))
+            raise TarveloError(estado, C.ultimo_mensaje().decode("utf-8", errors="replace"))
         self._d = d.value
         if fichero is not None:
             try:
@@ -190,7 +199,7 @@ class Dibujo:
     # After cierra() _d is None, which reaches the library as a null handle: it is refused
     # there with TV_ERROR_MANEJADOR, like any handle that is not live.
     def _falla(self, estado):
-        raise TarveloError(estado, C.mensaje(self._d).decode("utf-8"))
+        raise TarveloError(estado, C.mensaje(self._d).decode("utf-8", errors="replace"))
 
     def _llama(self, funcion, *args):
         estado = funcion(self._d, *args)
@@ -229,10 +238,11 @@ class Dibujo:
     def cierra(self):
         """Frees the drawing, losing unsaved changes; a second call does nothing."""
         if self._d is not None:
-            d, self._d = self._d, None
-            estado = C.dibujo_libera(d)
+            estado = C.dibujo_libera(self._d)
             if estado != 0:
-                raise TarveloError(estado, C.mensaje(None).decode("utf-8"))
+                # Still open (freed from inside its own call): a later cierra frees it.
+                raise TarveloError(estado, C.mensaje(None).decode("utf-8", errors="replace"))
+            self._d = None
 
     @property
     def cerrado(self):
@@ -294,8 +304,8 @@ class Dibujo:
         estado = C.dibujo_ejecuta(self._d, _texto(lineas), ctypes.byref(t))
         if estado == 0:
             return _sale(t)
-        transcripcion = t.value.decode("utf-8") if t.value is not None else None
-        mensaje = C.mensaje(self._d).decode("utf-8")
+        transcripcion = t.value.decode("utf-8", errors="replace") if t.value is not None else None
+        mensaje = C.mensaje(self._d).decode("utf-8", errors="replace")
         if transcripcion:
             # The kernel's message usually quotes the transcript's end already.
             cola = transcripcion.rstrip("\n").split("\n")[-6:]
@@ -419,7 +429,12 @@ class Dibujo:
             c, pc = None, None
             nc = 0
         else:
-            c = numpy.ascontiguousarray(colores, dtype=numpy.uint32)
+            origen = numpy.asarray(colores)
+            # A conversion to uint32 would wrap negative or larger values without a word.
+            if origen.size and (origen.dtype.kind not in "ui" or origen.min() < 0
+                                or origen.max() > 0xFFFFFFFF):
+                raise ValueError("los colores han de ser enteros de 0 a 0xFFFFFFFF")
+            c = numpy.ascontiguousarray(origen, dtype=numpy.uint32)
             if c.ndim != 1:
                 raise ValueError(f"los colores deben ser una lista de N valores, no forma {c.shape}")
             pc, nc = c.ctypes.data_as(_PU32), c.size
