@@ -60,6 +60,22 @@ thread_local std::string ultimoMensaje;
 
 using Fendrix::WrapDibujoCAD;
 
+// A call whose first argument is a text: checked (present, UTF-8) before `f` sees it.
+template <typename F>
+tv_estado conTexto(tv_dibujo* d, const char* texto, const char* que, F&& f)
+{
+    return enDibujo(d,
+                    [&](tv_dibujo& x)
+                    {
+                        std::string valor;
+                        if (!tarvelo_c::texto(x, texto, que, valor))
+                        {
+                            return TV_ERROR_ARGUMENTO;
+                        }
+                        return f(x, valor);
+                    });
+}
+
 // A layer by name, or null after recording TV_ERROR_NO_ENCONTRADO.
 cad::Capa* capa(tv_dibujo& d, const std::string& nombre)
 {
@@ -83,14 +99,9 @@ bool canal(int32_t v)
 template <typename F>
 tv_estado operaCapa(tv_dibujo* d, const char* nombre, F&& f)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, nombre, "el nombre de la capa",
+                    [&](tv_dibujo& x, const std::string& n)
                     {
-                        std::string n;
-                        if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (capa(x, n) == nullptr)
                         {
                             return TV_ERROR_NO_ENCONTRADO;
@@ -374,14 +385,9 @@ namespace
 template <typename F>
 tv_estado ponVariable(tv_dibujo* d, const char* nombre, F&& f)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, nombre, "el nombre de la variable",
+                    [&](tv_dibujo& x, const std::string& n)
                     {
-                        std::string n;
-                        if (!tarvelo_c::texto(x, nombre, "el nombre de la variable", n))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (n.empty())
                         {
                             return falla(&x, TV_ERROR_ARGUMENTO, "una variable necesita nombre");
@@ -669,14 +675,9 @@ tv_estado tv_dibujo_vacia(tv_dibujo* d)
 
 tv_estado tv_dibujo_abre(tv_dibujo* d, const char* fichero, int64_t* danadas)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, fichero, "el nombre del fichero",
+                    [&](tv_dibujo& x, const std::string& ruta)
                     {
-                        std::string ruta;
-                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         std::string mensaje;
                         int64_t n = 0;
                         if (!x.sesion->abre(ruta, mensaje, n))
@@ -697,14 +698,9 @@ tv_estado tv_dibujo_abre(tv_dibujo* d, const char* fichero, int64_t* danadas)
 
 tv_estado tv_dibujo_guarda(tv_dibujo* d, const char* fichero)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, fichero, "el nombre del fichero",
+                    [&](tv_dibujo& x, const std::string& ruta)
                     {
-                        std::string ruta;
-                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         std::string mensaje;
                         if (!x.fachada().guardaComprobado(ruta, mensaje))
                         {
@@ -719,14 +715,9 @@ tv_estado tv_dibujo_guarda(tv_dibujo* d, const char* fichero)
 
 tv_estado tv_dibujo_exporta_dxf(tv_dibujo* d, const char* fichero)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, fichero, "el nombre del fichero",
+                    [&](tv_dibujo& x, const std::string& ruta)
                     {
-                        std::string ruta;
-                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         std::string mensaje;
                         if (!x.fachada().exportaDXFComprobado(ruta, mensaje))
                         {
@@ -740,14 +731,9 @@ tv_estado tv_dibujo_exporta_dxf(tv_dibujo* d, const char* fichero)
 tv_estado tv_dibujo_importa(tv_dibujo* d, const char* fichero, tv_progreso progreso, void* usuario,
                             const char** informe)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, fichero, "el nombre del fichero",
+                    [&](tv_dibujo& x, const std::string& ruta)
                     {
-                        std::string ruta;
-                        if (!tarvelo_c::texto(x, fichero, "el nombre del fichero", ruta))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (!tarvelo::esImportable(ruta))
                         {
                             return falla(&x, TV_ERROR_ARGUMENTO, ruta + " no es .dxf ni .obj");
@@ -797,14 +783,9 @@ tv_estado tv_dibujo_hay_cambios(tv_dibujo* d, int* cambios)
 
 tv_estado tv_dibujo_ejecuta(tv_dibujo* d, const char* lineas, const char** transcripcion)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, lineas, "el texto del guion",
+                    [&](tv_dibujo& x, const std::string& guion)
                     {
-                        std::string guion;
-                        if (!tarvelo_c::texto(x, lineas, "el texto del guion", guion))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         std::istringstream entrada(guion);
                         const int codigo = x.sesion->ejecutaGuion(entrada);
                         const std::string dicho = x.salida.str();
@@ -844,14 +825,9 @@ tv_estado tv_dibujo_capa(tv_dibujo* d, int32_t indice, const char** nombre)
 tv_estado tv_dibujo_nueva_capa(tv_dibujo* d, const char* nombre, int32_t r, int32_t g, int32_t b,
                                int actual)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, nombre, "el nombre de la capa",
+                    [&](tv_dibujo& x, const std::string& n)
                     {
-                        std::string n;
-                        if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (!canal(r) || !canal(g) || !canal(b))
                         {
                             return falla(&x, TV_ERROR_ARGUMENTO,
@@ -899,14 +875,9 @@ tv_estado tv_dibujo_set_capa_actual(tv_dibujo* d, const char* nombre)
 tv_estado tv_dibujo_datos_capa(tv_dibujo* d, const char* nombre, int32_t rgb[3], int* visible,
                                int* bloqueada)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, nombre, "el nombre de la capa",
+                    [&](tv_dibujo& x, const std::string& n)
                     {
-                        std::string n;
-                        if (!tarvelo_c::texto(x, nombre, "el nombre de la capa", n))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (capa(x, n) == nullptr)
                         {
                             return TV_ERROR_NO_ENCONTRADO;
@@ -1224,14 +1195,9 @@ tv_estado tv_dibujo_vista(tv_dibujo* d, int32_t indice, const char** nombre)
 
 tv_estado tv_dibujo_guarda_vista(tv_dibujo* d, const char* nombre)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, nombre, "el nombre de la vista",
+                    [&](tv_dibujo& x, const std::string& n)
                     {
-                        std::string n;
-                        if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (n.empty())
                         {
                             return falla(&x, TV_ERROR_ARGUMENTO, "una vista necesita nombre");
@@ -1246,14 +1212,9 @@ tv_estado tv_dibujo_guarda_vista(tv_dibujo* d, const char* nombre)
 
 tv_estado tv_dibujo_activa_vista(tv_dibujo* d, const char* nombre)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, nombre, "el nombre de la vista",
+                    [&](tv_dibujo& x, const std::string& n)
                     {
-                        std::string n;
-                        if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (!existeVista(x, n))
                         {
                             return falla(&x, TV_ERROR_NO_ENCONTRADO,
@@ -1266,14 +1227,9 @@ tv_estado tv_dibujo_activa_vista(tv_dibujo* d, const char* nombre)
 
 tv_estado tv_dibujo_borra_vista(tv_dibujo* d, const char* nombre)
 {
-    return enDibujo(d,
-                    [&](tv_dibujo& x)
+    return conTexto(d, nombre, "el nombre de la vista",
+                    [&](tv_dibujo& x, const std::string& n)
                     {
-                        std::string n;
-                        if (!tarvelo_c::texto(x, nombre, "el nombre de la vista", n))
-                        {
-                            return TV_ERROR_ARGUMENTO;
-                        }
                         if (!existeVista(x, n))
                         {
                             return falla(&x, TV_ERROR_NO_ENCONTRADO,
