@@ -27,12 +27,14 @@ std::mutex& mutexRegistro()
     return m;
 }
 
-// The objects behind the live handles of each kind, by handle.
+// The objects behind the live handles of each kind, by handle. Never destroyed: drawings a
+// host left open at exit would otherwise be torn down after the thread's message queue they
+// use is gone.
 template <typename T>
 std::unordered_map<uintptr_t, std::unique_ptr<T>>& registro()
 {
-    static std::unordered_map<uintptr_t, std::unique_ptr<T>> r;
-    return r;
+    static auto* r = new std::unordered_map<uintptr_t, std::unique_ptr<T>>();
+    return *r;
 }
 
 // The next handle: one counter for both kinds, in steps that keep the values looking like
