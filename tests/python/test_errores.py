@@ -118,7 +118,8 @@ def test_progreso_que_llama_al_dibujo_o_falla(datos):
     fichero = datos / "obj" / "assimp_wuson" / "WusonOBJ.obj"
     with tarvelo.Dibujo() as d:
         # A call on the drawing from inside its own callback is refused by the library.
-        falla(Estado.ERROR_OCUPADO, d.importa, fichero, lambda f: d.entidades())
+        assert "dentro de otra llamada" in falla(Estado.ERROR_OCUPADO, d.importa, fichero,
+                                                 lambda f: d.entidades())
 
         def corta(f):
             raise KeyError("del progreso")

@@ -68,8 +68,10 @@ typedef void (*tv_progreso)(double fraccion, void* usuario);
 /* "MAJOR.MINOR.PATCH" of this library; a static string. */
 TV_API const char* tv_version(void);
 /* What the last call on this drawing said: why it failed, or "" when it succeeded (a damaged
- * file read in part leaves its warning). For a handle that is not a live drawing, the last
- * error on this thread. Never null; valid until the next call on the drawing. */
+ * file read in part leaves its warning). A call refused with TV_ERROR_OCUPADO leaves the
+ * message of the call the drawing is in; its own reason, like that of a handle that is not a
+ * live drawing, is the thread's (tv_ultimo_mensaje). Never null; valid until the next call on
+ * the drawing. */
 TV_API const char* tv_mensaje(const tv_dibujo* d);
 /* The text of the last error of any call on this thread. */
 TV_API const char* tv_ultimo_mensaje(void);

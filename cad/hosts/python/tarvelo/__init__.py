@@ -199,7 +199,11 @@ class Dibujo:
     # After cierra() _d is None, which reaches the library as a null handle: it is refused
     # there with TV_ERROR_MANEJADOR, like any handle that is not live.
     def _falla(self, estado):
-        raise TarveloError(estado, C.mensaje(self._d).decode("utf-8", errors="replace"))
+        # A call refused because the drawing is inside another one leaves that call's message
+        # on the drawing; its own reason is the thread's.
+        mensaje = C.mensaje(self._d) if estado != Estado.ERROR_OCUPADO else b""
+        mensaje = mensaje or C.ultimo_mensaje()
+        raise TarveloError(estado, mensaje.decode("utf-8", errors="replace"))
 
     def _llama(self, funcion, *args):
         estado = funcion(self._d, *args)
