@@ -81,15 +81,12 @@ tv_estado conTexto(tv_dibujo* d, const char* texto, const char* que, F&& f)
 // A layer by name, or null after recording TV_ERROR_NO_ENCONTRADO.
 cad::Capa* capa(tv_dibujo& d, const std::string& nombre)
 {
-    for (cad::Capa* c : d.dibujo().capas)
+    cad::Capa* c = d.dibujo().buscaCapa(nombre.c_str());
+    if (c == nullptr)
     {
-        if (c->nombre == nombre)
-        {
-            return c;
-        }
+        falla(&d, TV_ERROR_NO_ENCONTRADO, "no hay ninguna capa \"" + nombre + "\"");
     }
-    falla(&d, TV_ERROR_NO_ENCONTRADO, "no hay ninguna capa \"" + nombre + "\"");
-    return nullptr;
+    return c;
 }
 
 bool canal(int32_t v)
@@ -122,15 +119,7 @@ tv_estado hecho(tv_dibujo& x, bool ok)
 
 bool existeVista(tv_dibujo& d, const std::string& nombre)
 {
-    WrapDibujoCAD& f = d.fachada();
-    for (int32_t i = 0; i < f.numeroVistas(); ++i)
-    {
-        if (f.nombreVista(i) == nombre)
-        {
-            return true;
-        }
-    }
-    return false;
+    return d.dibujo().vistas.busca(nombre) != nullptr;
 }
 
 }  // namespace

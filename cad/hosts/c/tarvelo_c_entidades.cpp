@@ -79,25 +79,6 @@ bool positivo(tv_dibujo& d, double v, const char* que)
     return true;
 }
 
-// The property sheet's row (categoria, indice) exists on the entity (or the editor's sheet).
-bool fila(tv_dibujo& d, int64_t h, int32_t categoria, int32_t indice)
-{
-    WrapDibujoCAD& f = d.fachada();
-    if (categoria < 0 || categoria >= f.numeroCategorias(h))
-    {
-        falla(&d, TV_ERROR_NO_ENCONTRADO, "no hay categoría " + std::to_string(categoria));
-        return false;
-    }
-    if (indice < 0 || indice >= f.numeroPropiedadesCategoria(h, categoria))
-    {
-        falla(&d, TV_ERROR_NO_ENCONTRADO,
-              "no hay propiedad " + std::to_string(indice) + " en la categoría " +
-                  std::to_string(categoria));
-        return false;
-    }
-    return true;
-}
-
 // The kind's name as the drawing's table gives it, with the kinds that table leaves out (texts
 // and 360 photos) named. A polygon is a "Polilinea", as the file, which gives both one tag,
 // reads it back.
@@ -186,6 +167,23 @@ tv_estado categoriaDe(tv_dibujo& d, int64_t h, int32_t categoria)
     return TV_OK;
 }
 
+// The sheet's row (categoria, indice): a live sheet, a category it has and a row of it.
+// TV_OK, or the failure recorded.
+tv_estado fila(tv_dibujo& d, int64_t h, int32_t categoria, int32_t indice)
+{
+    if (const tv_estado e = categoriaDe(d, h, categoria); e != TV_OK)
+    {
+        return e;
+    }
+    if (indice < 0 || indice >= d.fachada().numeroPropiedadesCategoria(h, categoria))
+    {
+        return falla(&d, TV_ERROR_NO_ENCONTRADO,
+                     "no hay propiedad " + std::to_string(indice) + " en la categoría " +
+                         std::to_string(categoria));
+    }
+    return TV_OK;
+}
+
 }  // namespace
 
 namespace tarvelo_c
@@ -243,8 +241,11 @@ tv_estado tv_dibujo_grupo_puntos(tv_dibujo* d, const double* xyz, size_t nxyz,
                              "hay " + std::to_string(nxyz / 3) + " puntos y " +
                                  std::to_string(ncolores) + " colores");
             }
-            const std::vector<cad::Punto3<double>> p = comoPuntos(xyz, nxyz);
-            auto* grupo = new cad::GrupoPuntos(static_cast<int>(p.size()), p.data(), colores);
+            // The caller's doubles are the points as they lie: the group copies them once.
+            static_assert(sizeof(cad::Punto3<double>) == 3 * sizeof(double));
+            auto* grupo =
+                new cad::GrupoPuntos(static_cast<int>(nxyz / 3),
+                                     reinterpret_cast<const cad::Punto3<double>*>(xyz), colores);
             return creada(s, s.fachada().insertaEntidadGetHandle(grupo), h, "el grupo de puntos");
         });
 }
@@ -841,13 +842,9 @@ tv_estado tv_dibujo_propiedad(tv_dibujo* d, int64_t h, int32_t categoria, int32_
     return enDibujo(d,
                     [&](tv_dibujo& s)
                     {
-                        if (!hoja(s, h))
+                        if (const tv_estado e = fila(s, h, categoria, indice); e != TV_OK)
                         {
-                            return TV_ERROR_ENTIDAD;
-                        }
-                        if (!fila(s, h, categoria, indice))
-                        {
-                            return TV_ERROR_NO_ENCONTRADO;
+                            return e;
                         }
                         std::string n;
                         std::string v;
@@ -895,13 +892,9 @@ tv_estado tv_dibujo_set_propiedad(tv_dibujo* d, int64_t h, int32_t categoria, in
                         {
                             return TV_ERROR_ARGUMENTO;
                         }
-                        if (!hoja(s, h))
+                        if (const tv_estado e = fila(s, h, categoria, indice); e != TV_OK)
                         {
-                            return TV_ERROR_ENTIDAD;
-                        }
-                        if (!fila(s, h, categoria, indice))
-                        {
-                            return TV_ERROR_NO_ENCONTRADO;
+                            return e;
                         }
                         std::string nombre;
                         std::string actual;
